@@ -1,0 +1,61 @@
+# SPDX-License-Identifier: MIT
+# The library, once as objects, then linked as libvexa.so.1 and archived as libvexa.a.
+
+include(cmake/exports.cmake)
+
+find_package(PkgConfig REQUIRED)
+find_package(ZLIB REQUIRED)
+pkg_check_modules(JANSSON REQUIRED IMPORTED_TARGET jansson)
+
+add_library(vexa_warnings INTERFACE)
+target_compile_options(vexa_warnings INTERFACE -Wall -Wextra -Wshadow -Wconversion)
+
+add_library(vexa_objects OBJECT)
+set_target_properties(vexa_objects PROPERTIES
+    POSITION_INDEPENDENT_CODE ON
+    C_VISIBILITY_PRESET hidden
+    CXX_VISIBILITY_PRESET hidden
+    VISIBILITY_INLINES_HIDDEN ON)
+target_compile_options(vexa_objects PRIVATE
+    $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-threadsafe-statics>
+    -fstack-protector-strong -ffunction-sections -fdata-sections
+    $<$<AND:$<NOT:$<CONFIG:Debug>>,$<NOT:$<BOOL:${VEXA_SANITIZED}>>>:-D_FORTIFY_SOURCE=2>)
+target_include_directories(vexa_objects
+    PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
+    PRIVATE ${PROJECT_SOURCE_DIR})
+target_link_libraries(vexa_objects PRIVATE vexa_warnings PkgConfig::JANSSON ZLIB::ZLIB)
+
+# In the order in which a folder may include another: only from those before it.
+foreach(folder core config device crypto messaging wireless reporting)
+    if(EXISTS ${PROJECT_SOURCE_DIR}/${folder}/CMakeLists.txt)
+        add_subdirectory(${folder})
+    endif()
+endforeach()
+
+set(version_script ${PROJECT_BINARY_DIR}/libvexa.map)
+write_version_script(${PROJECT_SOURCE_DIR}/include/libvexa.h ${version_script})
+
+# The C driver links: whatever would need the C++ runtime library is then named by -z defs, at build time.
+set(CMAKE_CXX_IMPLICIT_LINK_LIBRARIES "")
+add_library(vexa SHARED $<TARGET_OBJECTS:vexa_objects>)
+add_library(vexa::vexa ALIAS vexa)
+set_target_properties(vexa PROPERTIES
+    VERSION ${PROJECT_VERSION}
+    SOVERSION ${PROJECT_VERSION_MAJOR}
+    LINKER_LANGUAGE C
+    LINK_DEPENDS ${version_script})
+target_include_directories(vexa PUBLIC
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+target_link_libraries(vexa PRIVATE PkgConfig::JANSSON ZLIB::ZLIB)
+target_link_options(vexa PRIVATE
+    -Wl,--version-script=${version_script} -Wl,-z,defs -Wl,-z,relro -Wl,-z,now -Wl,--as-needed -Wl,--gc-sections
+    # The names are common words; a host's own function of the same name must not take over a call inside.
+    -Wl,-Bsymbolic-functions)
+
+add_library(vexa_static STATIC $<TARGET_OBJECTS:vexa_objects>)
+set_target_properties(vexa_static PROPERTIES OUTPUT_NAME vexa)
+
+install(TARGETS vexa vexa_static
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(FILES ${PROJECT_SOURCE_DIR}/include/libvexa.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})

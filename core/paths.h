@@ -1,0 +1,9 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// Files that more than one part of the library, or more than one function of it, knows by name.
+
+inline constexpr char path_log_messages[] = "/var/log/messages";
+inline constexpr char path_kmsg[] = "/dev/kmsg";
+inline constexpr char path_urandom[] = "/dev/urandom";
+inline constexpr char path_system_cfg[] = "/tmp/system.cfg";

@@ -1,0 +1,591 @@
+/* SPDX-License-Identifier: MIT */
+#ifndef LIBVEXA_H
+#define LIBVEXA_H
+
+/**
+ * libvexa - support library of the access point firmware.
+ *
+ * Conventions, unless a function says otherwise:
+ *
+ * Results    An int is 0 on success and -1, or a negated errno value where that is said, on failure; a predicate is
+ *            0 or 1; a pointer is NULL on failure. Readers of state files never fail: they give the caller's default.
+ * Ownership  "new" belongs to the caller, who releases it with the function named, else with free(). "borrowed" stays
+ *            with its owner and lives as long as that does. "stolen" passes to the callee, also when it refuses it.
+ *            A JSON result is a new reference (json_decref()).
+ * Arguments  Pointers must not be NULL except where NULL has a meaning. @fmt and what follows it are a printf format
+ *            and its arguments. Text is bytes up to a zero; letters, digits and blanks are those of ASCII.
+ * Threads    The library makes no thread and takes no lock. State of the process is named where it exists; use it
+ *            from one thread, or fill the caches before others start.
+ * Process    No signal disposition, locale, umask, directory or environment variable is changed. Descriptors are
+ *            opened close-on-exec. Nothing is thrown across this boundary and nothing calls exit().
+ * Log        Failures and notable events are logged under a module tag and the name of the function concerned, as
+ *            far as libvexa_log_level lets them through. Logging keeps errno.
+ */
+
+#include <stdarg.h>
+#include <stddef.h>
+#include <stdint.h>
+#include <stdio.h>
+#include <sys/types.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+#define VEXA_API __attribute__((visibility("default")))
+#define VEXA_PRINTF(text, first) __attribute__((format(printf, text, first)))
+
+/* A JSON value of jansson; include <jansson.h> to look inside. */
+typedef struct json_t json_t;
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * Logging
+ *
+ * Three words of process-wide state, written by the host at start-up and read without a lock. libvexa_log() may be
+ * called from any thread.
+ */
+
+/** Verbosity, not a syslog priority: errors need at least 1, warnings 2, informational lines 4, debug lines 8 and
+ *  verbose debug lines 16. 0 silences the library. The start value is 4. */
+VEXA_API extern uint32_t libvexa_log_level;
+
+/** Non-zero (the start value is 1): lines go to the system log while "/var/log/messages" exists, else to "/dev/kmsg",
+ *  else to standard error. 0: they go to standard error. */
+VEXA_API extern int32_t libvexa_log_use_syslog;
+
+/** Display names of the syslog priorities 0 to 7, five characters each. */
+VEXA_API extern const char *const libvexa_log_level_names[8];
+
+/**
+ * libvexa_log() - write one line, whatever libvexa_log_level says; the gate is the caller's.
+ * @priority: syslog priority; on the stream paths it is named by its low three bits.
+ * @module: tag of the subsystem that logs.
+ * @func: name of the function that logs.
+ *
+ * Writes:  "prog[pid]: module.func(): text" through syslog(), the text cut to 1023 characters; or
+ *          "prog[pid]: [level] module.func(): text" to "/dev/kmsg" or standard error, uncut. openlog() is left to
+ *          the host.
+ * Errors:  none visible; errno is kept.
+ */
+VEXA_API void libvexa_log(int priority, const char *module, const char *func, const char *format, ...)
+    VEXA_PRINTF(4, 5);
+
+/**
+ * libvexa_log_json() - write a JSON value, one log line per line of its text.
+ * @json: borrowed; NULL is written as "null data".
+ * @title: first line, or NULL for none.
+ *
+ * Writes:  the text of json_dumps() with an indentation of 4, each line with its number; a line that does not fit a
+ *          system log line goes on, unnumbered, in the next.
+ */
+VEXA_API void libvexa_log_json(int priority, const char *module, const char *func, const json_t *json,
+                               const char *title);
+
+/**
+ * libvexa_log_hex() - write bytes as a hex dump, sixteen to a line, under a heading.
+ * @data: NULL gives the heading only.
+ * @len: bytes; 0 or less gives the heading only.
+ * @title: part of the heading; NULL is "".
+ */
+VEXA_API void libvexa_log_hex(int priority, const char *module, const char *func, const unsigned char *data, int len,
+                              const char *title);
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * Byte buffer
+ */
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * Text and encoding
+ *
+ * Reentrant, except the random generators: they reseed and use the process-wide generator of the C library.
+ */
+
+/** base64_encode_len() - bytes that the text of @len bytes takes, padding and final zero included. */
+VEXA_API unsigned base64_encode_len(unsigned len);
+
+/** base64_decode_len() - bytes that base64_decode() may write for @text, final zero included. An upper bound: only
+ *  the leading characters of either alphabet count. */
+VEXA_API unsigned base64_decode_len(const char *text);
+
+/**
+ * base64rfc_encode() - base64 text with "+" and "/", padded with "=" and zero-terminated.
+ * @out: base64_encode_len(@len) bytes.
+ */
+VEXA_API void base64rfc_encode(char *out, const unsigned char *in, unsigned len);
+
+/** base64url_encode() - like base64rfc_encode() with "-" and "_" and without padding. */
+VEXA_API void base64url_encode(char *out, const unsigned char *in, unsigned len);
+
+/**
+ * base64_decode() - the bytes of a base64 text in either alphabet, or in both mixed, and a zero after them.
+ * @out: base64_decode_len(@text) bytes.
+ *
+ * The first other character ends the text. The number of bytes is not told: take it from the length of the text.
+ */
+VEXA_API void base64_decode(unsigned char *out, const char *text);
+
+/** base64url_encode_len() - the same as base64_encode_len(). */
+VEXA_API unsigned base64url_encode_len(unsigned len);
+
+/** base64url_decode_len() - the same as base64_decode_len(). */
+VEXA_API unsigned base64url_decode_len(const char *text);
+
+/** base64url_decode() - the same as base64_decode(). */
+VEXA_API void base64url_decode(unsigned char *out, const char *text);
+
+/**
+ * hex2uchar() - bytes from pairs of hexadecimal digits.
+ * @out: @size bytes; those without digits are zero.
+ *
+ * Stops at the first pair that is none; a single last digit makes a byte alone.
+ * Returns: @size, whatever was found; 0 when an argument is NULL or @hex is empty (nothing is written).
+ */
+VEXA_API int hex2uchar(const char *hex, unsigned char *out, size_t size);
+
+/**
+ * uchar2hex() - upper-case hexadecimal digits of @len bytes, zero-terminated.
+ * @out: @outsize bytes, more than twice @len; the rest is filled with zeros.
+ *
+ * Returns: @len; 0 when a pointer is NULL or @outsize is too small (nothing is written).
+ */
+VEXA_API int uchar2hex(const unsigned char *in, size_t len, char *out, size_t outsize);
+
+/** uchar2lowerhex() - like uchar2hex() with lower-case digits. */
+VEXA_API int uchar2lowerhex(const unsigned char *in, size_t len, char *out, size_t outsize);
+
+/**
+ * bin2hex() - lower-case hexadecimal digits of all bytes but the last, zero-terminated.
+ * @len: at least 1; 0 writes nothing. The last byte is never written: callers count a terminator.
+ * @outsize: pairs are written while three bytes of room remain.
+ *
+ * Returns: characters written, without the zero.
+ */
+VEXA_API int bin2hex(const unsigned char *in, unsigned len, char *out, unsigned outsize);
+
+/**
+ * strtomac() - the six bytes of a MAC address "xx:xx:xx:xx:xx:xx".
+ *
+ * Returns: 0; -1 unless all six fields are there.
+ */
+VEXA_API int strtomac(const char *text, unsigned char mac[6]);
+
+/** trim_trailing() - overwrite white space at the end of the @len characters at @s with zeros. */
+VEXA_API void trim_trailing(char *s, int len);
+
+/**
+ * strncpy_trim() - copy @src without its leading white space; trailing white space stays.
+ * @size: bytes at @dst, the final zero included; 0 writes nothing.
+ * @src: NULL gives an empty text.
+ */
+VEXA_API void strncpy_trim(char *dst, size_t size, const char *src);
+
+/** malloc_vprintf() - new formatted text; NULL when memory runs out. */
+VEXA_API char *malloc_vprintf(const char *fmt, va_list args) VEXA_PRINTF(1, 0);
+
+/** malloc_printf() - new formatted text; NULL when memory runs out. */
+VEXA_API char *malloc_printf(const char *fmt, ...) VEXA_PRINTF(1, 2);
+
+/**
+ * vexa_snprintf() - snprintf() that tells what was stored and logs a cut.
+ * @module: tag for the log line.
+ * @trunc_msg: logged as an error when the text does not fit; NULL asks for the plain snprintf() result.
+ * @size: bytes at @buf; 0 stores nothing and logs @trunc_msg.
+ *
+ * Returns: characters stored, without the zero; with a NULL @trunc_msg the length of the whole text; 0 when the
+ *          text cannot be formatted (logged).
+ */
+VEXA_API int vexa_snprintf(const char *module, const char *trunc_msg, char *buf, size_t size, const char *fmt, ...)
+    VEXA_PRINTF(5, 6);
+
+/** url_encode() - new text, form-encoded: a blank as "+", other reserved bytes as "%" and two lower-case digits.
+ *  NULL when memory runs out. */
+VEXA_API char *url_encode(const char *text);
+
+/**
+ * comment_out_lines() - overwrite the first character of each line that holds a pattern with "#", in place.
+ * @stream: open for reading and writing, and seekable.
+ * @patterns: texts separated by "|"; an empty one matches nothing. The string is cut up.
+ *
+ * Returns: 0; -1 when a line of more than 255 characters was passed over, or the stream cannot be rewound, read or
+ *          written.
+ */
+VEXA_API int comment_out_lines(FILE *stream, char *patterns);
+
+/** gen_rand_bytes() - fill @buf with @len bytes of rand(), seeded from "/dev/urandom". Returns @len; 0 for NULL or
+ *  0. Not for keys. */
+VEXA_API int gen_rand_bytes(unsigned char *buf, size_t len);
+
+/**
+ * gen_rand_hex() - random upper-case hexadecimal digits, zero-terminated.
+ * @size: bytes at @buf; odd, since whole pairs and a zero fill it.
+ *
+ * Returns: the number of random bytes, @size / 2; 0 for an even @size (nothing is written).
+ */
+VEXA_API int gen_rand_hex(char *buf, size_t size);
+
+/** gen_rand_string() - @len random letters and digits and a zero, @len + 1 bytes in all. Returns @buf; NULL for NULL
+ *  or 0. */
+VEXA_API char *gen_rand_string(char *buf, size_t len);
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * Files and values
+ *
+ * State files hold one line, one number, or lines "key value". Readers open without blocking, so that a FIFO in the
+ * place of a file reads as empty. The functions ending in "at" take a directory descriptor (or AT_FDCWD) that a
+ * relative path starts from. A buffer size of 0 is never written to. Log tag "libvexa_util".
+ */
+
+/**
+ * fsreadline() - the first line of a file, without its line feed or carriage return.
+ *
+ * Returns: 0; -EINVAL when @path is NULL; a negated errno when the file cannot be opened or read. An empty file gives
+ *          the negated errno as it stood, which may be 0; so check @buf, which is then an empty text.
+ */
+VEXA_API int fsreadline(const char *path, char *buf, size_t size);
+
+/**
+ * freadline() - the first line of a file, or a default.
+ * @def: taken on any failure, an empty file included; NULL is logged as an error and taken as "".
+ *
+ * Returns: @buf.
+ */
+VEXA_API char *freadline(const char *path, char *buf, size_t size, const char *def);
+
+/** freadlineat() - freadline() relative to @dirfd. */
+VEXA_API char *freadlineat(int dirfd, const char *path, char *buf, size_t size, const char *def);
+
+/**
+ * fsreadlinebykey() - the first line that contains a text, its line feed included.
+ *
+ * A line longer than 254 characters counts as several lines.
+ * Returns: 0; -1 when nothing was found, on a NULL argument, or when the file cannot be opened.
+ */
+VEXA_API int fsreadlinebykey(const char *path, const char *needle, char *buf, size_t size);
+
+/**
+ * freadvalue() - the value of a line "key value" or "key=value".
+ * @key: compared with the whole first word of the line.
+ * @def: taken when no line of that key has a value; NULL is logged as an error and taken as "".
+ *
+ * Returns: @buf.
+ */
+VEXA_API char *freadvalue(const char *path, const char *key, char *buf, size_t size, const char *def);
+
+/** freadlong() - the decimal number at the start of a file, or @def. At most 15 characters are looked at. */
+VEXA_API long freadlong(const char *path, long def);
+
+/** freadulong() - freadlong() for an unsigned number. */
+VEXA_API unsigned long freadulong(const char *path, unsigned long def);
+
+/** freaddouble() - the number at the start of a file, or @def. At most 32 characters are looked at. */
+VEXA_API double freaddouble(const char *path, double def);
+
+/** freadlongat() - the number at the start of a file, decimal, "0x" or octal; or @def. At most 15 characters are
+ *  looked at. */
+VEXA_API long freadlongat(int dirfd, const char *path, long def);
+
+/** freadi64at() - freadlongat() for 64 bits. */
+VEXA_API int64_t freadi64at(int dirfd, const char *path, int64_t def);
+
+/**
+ * load_file_base64() - a whole stream as base64 text, standard alphabet.
+ * @stream: seekable; read from its beginning.
+ *
+ * Returns: new text, "" for an empty file; NULL on failure (logged).
+ */
+VEXA_API char *load_file_base64(FILE *stream);
+
+/** fopen_format() - fopen() of a formatted path: a new stream for fclose(); NULL on failure. */
+VEXA_API FILE *fopen_format(const char *mode, const char *path_fmt, ...) VEXA_PRINTF(2, 3);
+
+/**
+ * fwriteline() - replace the contents of a file by a formatted text.
+ *
+ * Returns: characters written; -1 when the file cannot be opened or the text did not reach it.
+ */
+VEXA_API int fwriteline(const char *path, const char *fmt, ...) VEXA_PRINTF(2, 3);
+
+/** fwritelineat() - fwriteline() relative to @dirfd; a new file gets mode 0600. */
+VEXA_API int fwritelineat(int dirfd, const char *path, const char *fmt, ...) VEXA_PRINTF(3, 4);
+
+/** fwritelongat() - replace the contents of a file by a number and a line feed. Returns 0 or -1. */
+VEXA_API int fwritelongat(int dirfd, const char *path, long value);
+
+/** faddlong() - add to the decimal number in a file, 0 when it holds none. Read and write are separate: not atomic.
+ *  Returns 0, or -1 when nothing was written. */
+VEXA_API int faddlong(const char *path, long delta);
+
+/** faddlongat() - add to the number (decimal, "0x" or octal) in a file, created with mode 0600 when missing. Returns
+ *  0 or -1. */
+VEXA_API int faddlongat(int dirfd, const char *path, long delta);
+
+/** faddi64at() - faddlongat() for 64 bits. */
+VEXA_API int faddi64at(int dirfd, const char *path, int64_t delta);
+
+/**
+ * qx_reduce_path() - a path without ".", ".." and surplus slashes, as text: no link is followed.
+ * @out: 4096 bytes; NULL asks for a new text.
+ *
+ * A ".." that goes beyond the start of a relative path is resolved against the current directory.
+ * Returns: @out or the new text; NULL with errno ENAMETOOLONG beyond 4095 characters, ENOMEM, or that of getcwd()
+ *          (the last two logged).
+ */
+VEXA_API char *qx_reduce_path(const char *path, char *out);
+
+/**
+ * qx_mkdir_p() - make a directory and those above it that are missing.
+ * @mode: of each directory made, less the umask.
+ *
+ * Returns: 0 with errno 0, also when it is there already; -1 with errno set (ENOTDIR when a file is in the way).
+ */
+VEXA_API int qx_mkdir_p(const char *path, mode_t mode);
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * JSON helpers
+ */
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * Command execution
+ */
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * Lock files
+ */
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * Interfaces and system helpers
+ */
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * URLs
+ */
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * Configuration
+ *
+ * A flat file of lines "key=value", kept as a list in file order; NULL is the empty configuration. One thread at a
+ * time: esc_value() fills caches inside the entries. Log tag "cfg".
+ */
+
+/** One line. A host may replace @value by another malloc'd text; it must then free and clear an own @esc_value. */
+typedef struct cfg_entry {
+    char *key;              /* text before the first "=", blanks and tabs trimmed; owned */
+    char *value;            /* text after it, as it stands in the file; owned */
+    char *esc_value;        /* cache of esc_value(): owned, or the same pointer as value, or NULL */
+    struct cfg_entry *next; /* file order */
+} cfg_entry;
+
+/** A node of a query result: borrows key and value from the configuration and lives no longer than that. */
+typedef struct cfg_it {
+    char *key;
+    char *value;
+    char *esc_value; /* always NULL */
+    struct cfg_it *next;
+} cfg_it;
+
+/** What append_cfg_match_cb() collects into; both NULL at the start. */
+typedef struct cfg_it_ctx {
+    cfg_it *head;
+    cfg_it *tail;
+} cfg_it_ctx;
+
+/** What the counting queries count into. */
+typedef struct cfg_count_ctx {
+    uint32_t count;
+    uint32_t enabled_only; /* non-zero: count only entries whose value is a true word */
+} cfg_count_ctx;
+
+/**
+ * cfg_natural_compare() - the order of keys: without case, runs of digits by their number (of any length).
+ *
+ * Each position weighs its character, or 256 plus the number that starts there; then one character further on both
+ * sides. So "radio.10" follows "radio.9", and "a01" differs from "a1".
+ * Returns: -1, 0 or 1; NULL comes before any text.
+ */
+VEXA_API int cfg_natural_compare(const char *a, const char *b);
+
+/**
+ * parse_stream() - the configuration in a stream, from where the stream stands.
+ * @stream: NULL gives the empty configuration.
+ *
+ * Reads:   lines "key=value" of any length. Lines that begin with "#" and lines without "=" are passed over; after a
+ *          line that begins with "# misc" an entry replaces the value of the first earlier one with an equal key.
+ *          The last character of each line is dropped as its line feed, also when it is none; a zero byte ends the
+ *          key or value at that byte.
+ * Returns: a new configuration for free_cfg(). When memory runs out, the entries so far (logged).
+ */
+VEXA_API cfg_entry *parse_stream(FILE *stream);
+
+/** parse() - parse_stream() of a file; NULL when it cannot be opened, as for an empty one. */
+VEXA_API cfg_entry *parse(const char *path);
+
+/** free_cfg() - release a configuration; NULL is allowed. */
+VEXA_API void free_cfg(cfg_entry *cfg);
+
+/** print_cfg() - write each entry to standard output as "key=value". */
+VEXA_API void print_cfg(cfg_entry *cfg);
+
+/**
+ * save_cfg() - write a configuration that parses back to the same entries; its first line is "# CFG Start".
+ *
+ * Returns: 0; -1 when the file cannot be opened or the text did not reach it.
+ */
+VEXA_API int save_cfg(cfg_entry *cfg, const char *path);
+
+/** free_cfg_it() - release the nodes of a query result, before or after its configuration; NULL is allowed. */
+VEXA_API void free_cfg_it(cfg_it *it);
+
+/** cfg_it_append() - link *@other to the end of @list and clear it. Returns the head; either may be empty. */
+VEXA_API cfg_it *cfg_it_append(cfg_it *list, cfg_it **other);
+
+/** append_cfg_match_cb() - append a node for @match. Returns 0; -1 when memory runs out or @ctx has a head without a
+ *  tail (both logged). */
+VEXA_API int append_cfg_match_cb(cfg_entry *match, cfg_it_ctx *ctx);
+
+/**
+ * get_value() - the value of the first entry whose key equals the formatted one by cfg_natural_compare().
+ * @def: result when there is none.
+ *
+ * Returns: a borrowed value, or @def.
+ */
+VEXA_API const char *get_value(cfg_entry *cfg, const char *def, const char *fmt, ...) VEXA_PRINTF(3, 4);
+
+/** get_esc_value() - get_value() through esc_value(); @def also when memory runs out. */
+VEXA_API const char *get_esc_value(cfg_entry *cfg, const char *def, const char *fmt, ...) VEXA_PRINTF(3, 4);
+
+/**
+ * esc_value() - the value with a backslash before each of ` \ " $, to stand inside double quotes in a shell.
+ *
+ * Returns: borrowed from @entry, which keeps it; NULL when memory runs out (logged).
+ */
+VEXA_API const char *esc_value(cfg_entry *entry);
+
+/**
+ * get_int32() - get_value() as a number: decimal, "0x" or octal; text after the digits is ignored.
+ *
+ * Returns: the low 32 bits of the number; @def when there is no entry, no digit, or errno is ERANGE after the
+ *          conversion. errno is not cleared before: an ERANGE left from an earlier call gives @def, too.
+ */
+VEXA_API int32_t get_int32(cfg_entry *cfg, int32_t def, const char *fmt, ...) VEXA_PRINTF(3, 4);
+
+/** get_uint32() - get_int32() for an unsigned number. */
+VEXA_API uint32_t get_uint32(cfg_entry *cfg, uint32_t def, const char *fmt, ...) VEXA_PRINTF(3, 4);
+
+/** get_int32_dec() - get_int32() in base 10 only. */
+VEXA_API int32_t get_int32_dec(cfg_entry *cfg, int32_t def, const char *fmt, ...) VEXA_PRINTF(3, 4);
+
+/** get_int64() - get_int32() for 64 bits. */
+VEXA_API int64_t get_int64(cfg_entry *cfg, int64_t def, const char *fmt, ...) VEXA_PRINTF(3, 4);
+
+/** get_bool() - 1 for "on", "enabled", "1", "enable", "active", "true"; 0 for "off", "disabled", "0", "disable",
+ *  "inactive", "false"; without case and surrounding blanks. Else @def. */
+VEXA_API int get_bool(cfg_entry *cfg, int def, const char *fmt, ...) VEXA_PRINTF(3, 4);
+
+/** get_cfg_count() - number of entries. */
+VEXA_API uint32_t get_cfg_count(cfg_entry *cfg);
+
+/**
+ * get_cfg_it() - the entries whose keys match, in file order.
+ * @exact: non-zero compares the whole key like get_value(); 0 takes every key that begins with the text, case and
+ *         all.
+ *
+ * Returns: a new list for free_cfg_it(); NULL when nothing matches. What was collected when memory ran out.
+ */
+VEXA_API cfg_it *get_cfg_it(cfg_entry *cfg, int exact, const char *fmt, ...) VEXA_PRINTF(3, 4);
+
+/** get_cfg_key_count() - number of entries that get_cfg_it() would give. */
+VEXA_API uint32_t get_cfg_key_count(cfg_entry *cfg, int exact, const char *fmt, ...) VEXA_PRINTF(3, 4);
+
+/**
+ * get_cfg_section() - the entries of an indexed section: keys made of prefix, number and postfix.
+ * @postfix: from its "." on, compared like a key; NULL takes the keys that end with the number. One that does not
+ *           begin with "." matches nothing (logged).
+ * @value: NULL, or the value that an entry must have, case and all.
+ * @fmt: the prefix; it should end with "." (else a warning is logged).
+ *
+ * Returns: a new list for free_cfg_it(), sorted by cfg_natural_compare() of the keys, equal ones in file order; NULL
+ *          when nothing matches.
+ */
+VEXA_API cfg_it *get_cfg_section(cfg_entry *cfg, const char *postfix, const char *value, const char *fmt, ...)
+    VEXA_PRINTF(4, 5);
+
+/** get_cfg_section_count() - number of entries that get_cfg_section() would give. */
+VEXA_API uint32_t get_cfg_section_count(cfg_entry *cfg, const char *postfix, const char *value, const char *fmt, ...)
+    VEXA_PRINTF(4, 5);
+
+/** get_cfg_section_enabled_count() - number of entries of the section whose value is a true word of get_bool(),
+ *  blanks around it not allowed. */
+VEXA_API uint32_t get_cfg_section_enabled_count(cfg_entry *cfg, const char *postfix, const char *fmt, ...)
+    VEXA_PRINTF(3, 4);
+
+/**
+ * get_cfg_diff_it() - what changed between two configurations.
+ *
+ * First the entries of @new_cfg that @old_cfg lacks or has with another value (its first entry of that key counts),
+ * then the entries of @old_cfg whose keys @new_cfg lacks. Keys whose last component is "comment" do not count.
+ * Returns: a new list for free_cfg_it() that borrows from both; NULL when there is no change. An entry that memory
+ *          runs out for is left out (logged).
+ */
+VEXA_API cfg_it *get_cfg_diff_it(cfg_entry *old_cfg, cfg_entry *new_cfg);
+
+/** get_cfg_key_idx() - the @n-th (from 1) number after a "." in @key, 0 and what is no number not counted; -1 when
+ *  there are fewer. */
+VEXA_API int get_cfg_key_idx(const char *key, int n);
+
+/** get_key_element() - borrowed pointer into @key behind its @n-th "."; @key itself for 0, NULL when there are
+ *  fewer. */
+VEXA_API const char *get_key_element(const char *key, unsigned n);
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * Board
+ */
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * Model predicates
+ */
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * System status and services
+ */
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * Bridges, forwarding entries and hardware addresses
+ */
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * Processes, descriptors and sockets
+ */
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * Memory and connection tracking
+ */
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * System bus and power devices
+ */
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * Guest portals
+ */
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * Environment and analytics settings
+ */
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * Ciphers and hashes
+ */
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * Encrypted envelope
+ */
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * Discovery protocol
+ */
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* LIBVEXA_H */
