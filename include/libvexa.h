@@ -92,7 +92,76 @@ VEXA_API void libvexa_log_hex(int priority, const char *module, const char *func
 
 /* ------------------------------------------------------------------------------------------------------------------
  * Byte buffer
+ *
+ * A first-in, first-out byte store. One thread at a time. Log tag "buffer".
  */
+
+/** What a buffer holds; for reading only. */
+typedef struct buffer_state {
+    uint8_t *data;
+    size_t read_pos;         /* offset of the first unread byte */
+    size_t write_pos;        /* offset where the next byte goes */
+    size_t length;           /* unread bytes */
+    size_t capacity;         /* bytes at @data */
+    size_t initial_capacity; /* what reset() shrinks back to */
+} buffer_state;
+
+/**
+ * The object and its operations, each called with the object itself: b->write(b, bytes, count).
+ *
+ * An operation that needs more room grows the capacity by the bytes asked for, rounded up to a multiple of 4096. When
+ * memory runs out, or the buffer would pass INT_MAX bytes, it reports so and the contents stay as they were.
+ */
+typedef struct buffer buffer;
+struct buffer {
+    buffer_state *state;
+
+    /** Start with an empty storage of @capacity bytes; an earlier one is released. Returns 0 or -1, then with the
+     *  earlier one in place. */
+    int (*init)(buffer *b, size_t capacity);
+    /** Unread bytes. */
+    uint32_t (*len)(buffer *b);
+    /** Bytes of storage. */
+    uint32_t (*cap)(buffer *b);
+    /** Append @count bytes, which may be the buffer's own. Returns @count; 0 for a NULL source or without memory. */
+    int (*write)(buffer *b, const void *src, size_t count);
+    /** Append formatted text. The stored text stays zero-terminated until the next append, and the zero does not
+     *  count. Returns characters appended; 0 without memory. */
+    int (*printf)(buffer *b, const char *fmt, ...) VEXA_PRINTF(2, 3);
+    /** Take up to @count bytes; a NULL @dst skips them. Returns bytes taken. */
+    int (*read)(buffer *b, void *dst, size_t count);
+    /** Borrowed pointer to the first unread byte, valid until the next append. */
+    void *(*head)(buffer *b);
+    /** New buffer of the same capacity with as many bytes as are unread, taken from the start of the storage (not
+     *  from the first unread byte), both positions at 0; of 4096 bytes when nothing is unread. NULL without memory. */
+    buffer *(*clone)(buffer *b);
+    /** Drop everything, shrink to the capacity given at the start and fill that with zeros. */
+    void (*reset)(buffer *b);
+    /** Make everything written readable again. */
+    void (*rewind)(buffer *b);
+    /** Release the storage and the object. */
+    void (*destroy)(buffer *b);
+    /** send() the unread bytes with MSG_NOSIGNAL and take what went out. Returns bytes sent; -1 for a negative
+     *  descriptor or what send() failed with, and then nothing is taken. */
+    ssize_t (*send)(buffer *b, int fd, int flags);
+    /** Append @count zero bytes. Returns borrowed pointer to them; NULL without memory. */
+    void *(*alloc_zeroed)(buffer *b, size_t count);
+};
+
+/** buffer_create2() - new buffer for buffer_destroy(); NULL when @capacity exceeds 4194304 or memory runs out. */
+VEXA_API buffer *buffer_create2(size_t capacity);
+
+/** buffer_create() - new buffer of 4096 bytes for buffer_destroy(). */
+VEXA_API buffer *buffer_create(void);
+
+/** buffer_destroy() - release a buffer; NULL is allowed. */
+VEXA_API void buffer_destroy(buffer *b);
+
+/** buffer_pop() - remove the last @n bytes written, at most all; a negative @n removes none. */
+VEXA_API void buffer_pop(buffer *b, int n);
+
+/** buffer_fill() - append @lines pieces of sample text, each two numbers and 100 bytes. */
+VEXA_API void buffer_fill(buffer *b, int lines);
 
 /* ------------------------------------------------------------------------------------------------------------------
  * Text and encoding
