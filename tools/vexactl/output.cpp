@@ -1,0 +1,203 @@
+// SPDX-License-Identifier: MIT
+#include "output.h"
+
+#include "shell_words.h"
+#include "table.h"
+#include "text.h"
+
+#include <cerrno>
+#include <cstring>
+#include <unistd.h>
+
+namespace {
+
+// Plain ASCII, so that no character from outside reaches a terminal as itself.
+constexpr size_t json_style = JSON_ENSURE_ASCII | JSON_ENCODE_ANY | JSON_REAL_PRECISION(15);
+
+std::string json_text(const json_t *document, size_t style)
+{
+    const json_ref clean = sanitized(document);
+    char *dumped = json_dumps(clean.get(), json_style | style);
+    if (!dumped)
+        out_of_memory();
+    std::string out = std::string{dumped} + "\n";
+    free(dumped);
+    return out;
+}
+
+std::string scalar_text(const json_t *value)
+{
+    if (!value || json_is_null(value))
+        return "-";
+    if (json_is_string(value))
+        return visible(bytes_of(value));
+    if (json_is_boolean(value))
+        return json_is_true(value) ? "yes" : "no";
+    std::string text = json_text(value, JSON_COMPACT);
+    text.pop_back();
+    return text;
+}
+
+// how people see the kinds of a change
+constexpr struct {
+    const char *word, *mark;
+    look as;
+} changes[] = {{"added", "+", look::good}, {"removed", "-", look::bad}, {"changed", "~", look::changed}};
+
+cell change_cell(const json_t *value)
+{
+    for (const auto &c : changes)
+        if (bytes_of(value) == c.word)
+            return {c.mark, c.as};
+    return {scalar_text(value)};
+}
+
+cell cell_of(const json_t *value, kind as, const palette &colours)
+{
+    if (as == kind::on_off && json_is_boolean(value)) {
+        const bool on = json_is_true(value);
+        return {colours.mark(on) + (on ? " on" : " off"), on ? look::good : look::dim};
+    }
+    if (as == kind::change && json_is_string(value))
+        return change_cell(value);
+    return {scalar_text(value), value && !json_is_null(value) ? look::plain : look::dim};
+}
+
+// what stands for the columns of an answer that names none
+std::vector<column> own_columns(const json_t *object)
+{
+    std::vector<column> columns;
+    const char *key = nullptr;
+    json_t *value = nullptr;
+    json_object_foreach(const_cast<json_t *>(object), key, value)
+        columns.push_back({key, key, json_is_number(value) ? kind::number : kind::text, json_is_string(value)});
+    return columns;
+}
+
+std::vector<column> columns_of(const answer &what, const json_t *object)
+{
+    return what.columns.empty() ? own_columns(object) : std::vector<column>{what.columns.begin(), what.columns.end()};
+}
+
+} // namespace
+
+int output::show(const answer &what)
+{
+    const json_t *document = what.document.get();
+    switch (format_) {
+    case output_format::json:
+        return write(json_text(document, JSON_INDENT(2)));
+    case output_format::kv:
+        return write(what.pairs ? shell_pairs(document) : shell_lines(document));
+    case output_format::table:
+        break;
+    }
+    return write(for_people(what, 0));
+}
+
+int output::page(const std::string &title, const std::vector<section> &sections)
+{
+    if (!for_people()) {
+        answer whole{json_ref{object({})}, {}};
+        for (const section &s : sections)
+            json_object_set(whole.document.get(), s.key, s.body.document.get());
+        return show(whole);
+    }
+    std::string out = colours_.paint(look::heading, title) + "\n";
+    for (const section &s : sections) {
+        const std::string rule = colours_.rule(page_width - width(s.title) - 1);
+        out += "\n" + colours_.paint(look::heading, s.title) + " " + colours_.paint(look::dim, rule) + "\n";
+        out += for_people(s.body, 2);
+    }
+    return write(out);
+}
+
+int output::fail(int status, const std::string &message)
+{
+    flush(); // what was found stands before what is said about it
+    if (format_ == output_format::json) {
+        const json_ref error{object({{"error", text(message)}, {"status", number(status)}})};
+        fputs(json_text(error.get(), JSON_COMPACT).c_str(), stderr);
+    } else {
+        fprintf(stderr, "vexactl: %s\n", visible(message).c_str());
+    }
+    return status;
+}
+
+int output::write(const std::string &text)
+{
+    if (fwrite(text.data(), 1, text.size(), stdout) != text.size())
+        note_write_error();
+    return write_error_ == 0 ? status_ok : status_unavailable;
+}
+
+void output::flush()
+{
+    if (fflush(stdout) != 0)
+        note_write_error();
+}
+
+void output::note_write_error()
+{
+    if (write_error_ == 0)
+        write_error_ = errno;
+}
+
+int output::finish()
+{
+    flush();
+    if (close(STDOUT_FILENO) < 0) // some file systems tell only now that nothing was stored
+        note_write_error();
+    if (write_error_ == 0)
+        return status_ok;
+    return fail(status_unavailable, std::string{"cannot write the answer: "} + strerror(write_error_));
+}
+
+std::string output::for_people(const answer &what, size_t indent) const
+{
+    const json_t *document = what.document.get();
+    if (json_is_array(document))
+        return rows(what, indent);
+    if (json_is_object(document))
+        return record(what, indent);
+    return std::string(indent, ' ') + scalar_text(document) + "\n";
+}
+
+std::string output::record(const answer &what, size_t indent) const
+{
+    table lines{{{}, {"", false, true}}};
+    for (const column &c : columns_of(what, what.document.get())) {
+        const json_t *value = json_object_get(what.document.get(), c.key);
+        lines.row({{c.title, look::label}, cell_of(value, c.as, colours_)});
+    }
+    return lines.render(colours_, indent);
+}
+
+std::string output::rows(const answer &what, size_t indent) const
+{
+    const json_t *list = what.document.get();
+    if (json_array_size(list) == 0)
+        return *what.when_empty ? std::string(indent, ' ') + colours_.paint(look::dim, what.when_empty) + "\n" : "";
+    const std::vector<column> columns = columns_of(what, json_array_get(list, 0));
+    std::vector<table_column> headings;
+    headings.reserve(columns.size());
+    for (const column &c : columns)
+        headings.push_back({c.title, c.as == kind::number, c.wraps});
+    table lines{std::move(headings)};
+    for (size_t i = 0; i < json_array_size(list); i++) {
+        const json_t *item = json_array_get(list, i);
+        std::vector<cell> cells;
+        cells.reserve(columns.size());
+        look row_look = look::plain;
+        for (const column &c : columns) {
+            cells.push_back(cell_of(json_object_get(item, c.key), c.as, colours_));
+            if (c.as == kind::change)
+                row_look = cells.back().as;
+        }
+        if (row_look != look::plain)
+            for (cell &c : cells)
+                c.as = row_look;
+        lines.row(std::move(cells));
+    }
+    return lines.render(colours_, indent);
+}

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#include "verbs.h"
+
+std::span<const verb_family> verb_table()
+{
+    static const verb_family families[] = {
+        log_family,
+    };
+    return families;
+}
+
+std::span<const option> common_options()
+{
+    static constexpr option options[] = {
+        {"file", "PATH", "read this configuration instead of /tmp/system.cfg"},
+        {"json", nullptr, "answer in JSON, errors too"},
+        {"format", "FORMAT", "table for people, json, or kv: NAME='value' lines for a shell", "table|json|kv"},
+        {"color", "WHEN", "auto (a terminal without NO_COLOR), always or never", "auto|always|never"},
+        {"verbose", nullptr, "show the library's log on standard error; -vv shows more", nullptr, 'v'},
+        {"help", nullptr, "show this", nullptr, 'h'},
+        {"version", nullptr, "show the version"},
+    };
+    return options;
+}

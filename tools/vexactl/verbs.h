@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+#include <span>
+
+class arguments;
+class output;
+
+struct option {
+    const char *name = nullptr;    // without the dashes
+    const char *value = nullptr;   // what to call its value; nullptr: it takes none
+    const char *help = nullptr;    // one line
+    const char *choices = nullptr; // the words that its value may be, separated by "|"
+    char letter = 0;
+};
+
+// One row of the verb table, which parsing, help and completion all read.
+struct verb {
+    const char *name = nullptr;    // one word or two: "report", "config get"
+    const char *operands = "";     // as the usage line shows them: "OLD NEW", "[PREFIX]", "ACTION [ARGS...]"
+    const char *summary = nullptr; // one line
+    std::array<option, 6> options; // besides those that every verb takes; unused ones have no name
+    const char *example = nullptr; // a command line
+    int (*run)(const arguments &args, output &out) = nullptr; // an exit_status
+};
+
+// the verbs of one file
+using verb_family = std::span<const verb>;
+extern const verb_family log_family;
+
+// every family, in the order that help shows
+std::span<const verb_family> verb_table();
+
+// the options that every verb takes
+std::span<const option> common_options();
