@@ -36,7 +36,8 @@ bool is_family(const std::string &word)
     return found;
 }
 
-// what may stand where the word stands that is no verb
+} // namespace
+
 std::vector<std::string> verb_words(const std::string &family)
 {
     std::vector<std::string> words;
@@ -50,8 +51,6 @@ std::vector<std::string> verb_words(const std::string &family)
     return words;
 }
 
-} // namespace
-
 std::vector<std::string> split(std::string_view text, char separator)
 {
     std::vector<std::string> words;
@@ -64,7 +63,7 @@ std::vector<std::string> split(std::string_view text, char separator)
     return words;
 }
 
-std::string arguments::parse(int argc, char *const *argv)
+std::string arguments::parse(int argc, const char *const *argv)
 {
     word_list next = argv + (argc > 0), end = argv + argc;
     bool options_end = false;
@@ -108,7 +107,7 @@ std::string arguments::take_option(word_list &next, word_list end)
     if (word[1] != '-')
         return take_letters(word.data() + 1);
     const size_t equals = word.find('=');
-    const option *what = find_option(word.substr(2, equals == word.npos ? equals : equals - 2));
+    const option *what = find_option(word.substr(0, equals));
     if (!what)
         return unknown_option(word.substr(0, equals));
     if (equals != word.npos)
@@ -158,8 +157,11 @@ std::string arguments::check_operands() const
     return "";
 }
 
-const option *arguments::find_option(std::string_view name) const
+const option *arguments::find_option(std::string_view word) const
 {
+    if (word.size() < 3 || word[0] != '-' || word[1] != '-')
+        return nullptr;
+    const std::string_view name = word.substr(2);
     const auto of_that_name = [&](const option &o) { return o.name && name == o.name; };
     if (command_) {
         const auto own = std::find_if(command_->options.begin(), command_->options.end(), of_that_name);

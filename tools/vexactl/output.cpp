@@ -5,6 +5,7 @@
 #include "table.h"
 #include "text.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <unistd.h>
@@ -105,6 +106,8 @@ int output::page(const std::string &title, const std::vector<section> &sections)
     }
     std::string out = colours_.paint(look::heading, title) + "\n";
     for (const section &s : sections) {
+        if (json_is_array(s.body.document.get()) && json_array_size(s.body.document.get()) == 0)
+            continue;
         const std::string rule = colours_.rule(page_width - width(s.title) - 1);
         out += "\n" + colours_.paint(look::heading, s.title) + " " + colours_.paint(look::dim, rule) + "\n";
         out += for_people(s.body, 2);
@@ -173,11 +176,40 @@ std::string output::record(const answer &what, size_t indent) const
     return lines.render(colours_, indent);
 }
 
+// The rows go down the first column of the page, then down the next.
+std::string output::grid(const answer &what, size_t indent) const
+{
+    const json_t *list = what.document.get();
+    const size_t count = json_array_size(list);
+    std::vector<cell> entries;
+    size_t widest = 1;
+    for (size_t i = 0; i < count; i++) {
+        const json_t *item = json_array_get(list, i);
+        const cell name = cell_of(json_object_get(item, what.columns[0].key), kind::text, colours_);
+        const bool on = json_is_true(json_object_get(item, what.columns[1].key));
+        entries.push_back({colours_.mark(on) + " " + name.text, on ? look::good : look::dim});
+        widest = std::max(widest, width(entries.back().text));
+    }
+    constexpr size_t gap = 2;
+    const size_t columns = std::max<size_t>(1, (page_width - indent + gap) / (widest + gap));
+    const size_t height = (count + columns - 1) / columns;
+    table lines{std::vector<table_column>(columns)};
+    for (size_t y = 0; y < height; y++) {
+        std::vector<cell> cells;
+        for (size_t i = y; i < count; i += height)
+            cells.push_back(entries[i]);
+        lines.row(std::move(cells));
+    }
+    return lines.render(colours_, indent);
+}
+
 std::string output::rows(const answer &what, size_t indent) const
 {
     const json_t *list = what.document.get();
     if (json_array_size(list) == 0)
         return *what.when_empty ? std::string(indent, ' ') + colours_.paint(look::dim, what.when_empty) + "\n" : "";
+    if (what.side_by_side)
+        return grid(what, indent);
     const std::vector<column> columns = columns_of(what, json_array_get(list, 0));
     std::vector<table_column> headings;
     headings.reserve(columns.size());

@@ -30,6 +30,7 @@ struct answer {
     std::span<const column> columns; // none: every member under its own name
     const char *when_empty = "";     // what people read instead of a list without rows
     bool pairs = false;              // rows {key, value}: variables of a shell
+    bool side_by_side = false;       // short rows: as many next to each other as fit
 };
 
 struct section {
@@ -60,6 +61,7 @@ private:
     void note_write_error();
     std::string for_people(const answer &what, size_t indent) const;
     std::string record(const answer &what, size_t indent) const;
+    std::string grid(const answer &what, size_t indent) const;
     std::string rows(const answer &what, size_t indent) const;
 
     output_format format_;

@@ -4,7 +4,9 @@
 std::span<const verb_family> verb_table()
 {
     static const verb_family families[] = {
+        config_family,
         log_family,
+        completion_family,
     };
     return families;
 }

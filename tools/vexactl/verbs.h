@@ -27,6 +27,8 @@ struct verb {
 
 // the verbs of one file
 using verb_family = std::span<const verb>;
+extern const verb_family completion_family;
+extern const verb_family config_family;
 extern const verb_family log_family;
 
 // every family, in the order that help shows

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#include "configuration.h"
+
+#include "text.h"
+
+#include <cerrno>
+#include <cstring>
+
+namespace {
+
+std::string because(const char *path, int error)
+{
+    return "cannot read " + std::string{path} + ": " + strerror(error);
+}
+
+} // namespace
+
+std::string load(const char *path, unique_cfg &cfg)
+{
+    const unique_stream file{fopen(path, "re")};
+    if (!file)
+        return because(path, errno);
+    errno = 0;
+    cfg.reset(parse_stream(file.get()));
+    return ferror(file.get()) ? because(path, errno ? errno : EIO) : "";
+}
+
+std::string load(const char *path, std::string &bytes)
+{
+    const unique_stream file{fopen(path, "re")};
+    if (!file)
+        return because(path, errno);
+    char piece[65536];
+    while (const size_t got = fread(piece, 1, sizeof piece, file.get()))
+        bytes.append(piece, got);
+    return ferror(file.get()) ? because(path, errno) : "";
+}
+
+std::string load(const char *path, std::string &bytes, unique_cfg &cfg)
+{
+    std::string trouble = load(path, bytes);
+    if (trouble.empty() && !bytes.empty()) {
+        const unique_stream memory{fmemopen(bytes.data(), bytes.size(), "re")};
+        cfg.reset(parse_stream(memory.get()));
+    }
+    return trouble;
+}
+
+key_index::key_index(const cfg_entry *cfg)
+{
+    for (; cfg; cfg = cfg->next)
+        first_.insert({lower_case(cfg->key), cfg}); // equal keys are those equal without case
+}
+
+const char *key_index::value(const std::string &key) const
+{
+    const auto found = first_.find(lower_case(key));
+    return found == first_.end() ? nullptr : found->second->value;
+}
+
+int key_index::boolean(const std::string &key) const
+{
+    const auto found = first_.find(lower_case(key));
+    if (found == first_.end())
+        return -1;
+    cfg_entry alone{found->second->key, found->second->value, nullptr, nullptr}; // nothing to walk past
+    return get_bool(&alone, -1, "%s", alone.key);
+}
