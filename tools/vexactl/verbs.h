@@ -30,6 +30,7 @@ using verb_family = std::span<const verb>;
 extern const verb_family completion_family;
 extern const verb_family config_family;
 extern const verb_family log_family;
+extern const verb_family report_family;
 
 // every family, in the order that help shows
 std::span<const verb_family> verb_table();

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#include "report.h"
+
+#include "arguments.h"
+
+namespace {
+
+constexpr void (*families[])(const report_source &, std::vector<section> &) = {
+    report_config,
+};
+
+int report(const arguments &args, output &out)
+{
+    const char *path = args.value("file", running_configuration);
+    std::string bytes;
+    unique_cfg cfg;
+    const std::string trouble = load(path, bytes, cfg);
+    if (!trouble.empty())
+        return out.fail(status_unavailable, trouble);
+    std::vector<section> page;
+    const key_index keys{cfg.get()};
+    for (const auto family : families)
+        family({path, bytes, cfg.get(), keys}, page);
+    return out.page("Device report", page);
+}
+
+constexpr verb verbs[] = {
+    {.name = "report",
+     .summary = "one page about the device",
+     .options = {},
+     .example = "vexactl report",
+     .run = report},
+};
+
+} // namespace
+
+const verb_family report_family = verbs;

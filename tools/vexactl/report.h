@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "configuration.h"
+#include "output.h"
+
+// What the sections of the report are made from.
+struct report_source {
+    const char *path;
+    std::string_view bytes; // of the configuration file
+    cfg_entry *cfg;
+    const key_index &keys; // of cfg
+};
+
+// Each appends the sections of one family; people do not see those without an answer.
+void report_config(const report_source &from, std::vector<section> &page);
