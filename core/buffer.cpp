@@ -20,8 +20,6 @@ constexpr size_t growth_step = 4096;
 constexpr size_t largest_start = size_t{4} << 20;
 constexpr size_t largest = INT_MAX; // so that each count fits its result
 
-using storage = unique_malloc<uint8_t>;
-
 struct free_state {
     void operator()(buffer_state *s) const noexcept
     {
@@ -31,33 +29,25 @@ struct free_state {
 };
 using unique_state = std::unique_ptr<buffer_state, free_state>;
 
-storage new_storage(size_t capacity)
+bool resize(buffer_state &s, size_t capacity)
 {
-    return storage{static_cast<uint8_t *>(malloc(std::max(capacity, size_t{1})))};
+    void *data = realloc(s.data, std::max(capacity, size_t{1}));
+    if (!data)
+        return false;
+    s.data = static_cast<uint8_t *>(data);
+    s.capacity = capacity;
+    return true;
 }
 
 unique_state new_state(size_t capacity, size_t initial_capacity)
 {
-    storage data{capacity > largest ? nullptr : new_storage(capacity)};
-    if (!data)
+    if (capacity > largest)
         return nullptr;
     unique_state s{static_cast<buffer_state *>(calloc(1, sizeof(buffer_state)))};
-    if (s) {
-        s->data = data.release();
-        s->capacity = capacity;
-        s->initial_capacity = initial_capacity;
-    }
+    if (!s || !resize(*s, capacity))
+        return nullptr;
+    s->initial_capacity = initial_capacity;
     return s;
-}
-
-bool resize(buffer_state &s, size_t capacity)
-{
-    void *moved = realloc(s.data, std::max(capacity, size_t{1}));
-    if (!moved)
-        return false;
-    s.data = static_cast<uint8_t *>(moved);
-    s.capacity = capacity;
-    return true;
 }
 
 // Appends n bytes whose values are still to be written; null when memory runs out.
