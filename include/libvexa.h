@@ -27,6 +27,7 @@
 #include <stdint.h>
 #include <stdio.h>
 #include <sys/types.h>
+#include <time.h>
 
 #ifdef __cplusplus
 extern "C" {
@@ -411,19 +412,239 @@ VEXA_API int qx_mkdir_p(const char *path, mode_t mode);
 
 /* ------------------------------------------------------------------------------------------------------------------
  * JSON helpers
+ *
+ * Accessors of JSON objects; they take a NULL object as an empty one. Log tag "libvexa_util".
  */
+
+/** The library's timestamp, the time base of vexa_json_maybe_append_array(). Written by vexa_grab_ts() and
+ *  vexa_set_ts(); 0 at the start. */
+VEXA_API extern struct timespec qx_now;
+
+/** vexa_grab_ts() - read the monotonic clock into qx_now. Returns its seconds. */
+VEXA_API time_t vexa_grab_ts(void);
+
+/** vexa_set_ts() - set the seconds of qx_now, leaving its nanoseconds. */
+VEXA_API void vexa_set_ts(time_t seconds);
+
+/** vexa_json_get_str() - borrowed text of the string under @key, or @def. */
+VEXA_API const char *vexa_json_get_str(json_t *obj, const char *key, const char *def);
+
+/** vexa_json_get_bool() - 1 for true or an integer other than 0, 0 for false or the integer 0; else @def. */
+VEXA_API int vexa_json_get_bool(json_t *obj, const char *key, int def);
+
+/** vexa_json_read_i64() - the integer under @key, or @def. */
+VEXA_API int64_t vexa_json_read_i64(json_t *obj, const char *key, int64_t def);
+
+/** vexa_json_read_long() - the same as vexa_json_read_i64(). */
+VEXA_API long vexa_json_read_long(json_t *obj, const char *key, long def);
+
+/** vexa_json_add_i64() - add to the integer under @key, 0 when there is none; wraps around. Returns 0 or -1. */
+VEXA_API int vexa_json_add_i64(json_t *obj, const char *key, int64_t delta);
+
+/** vexa_json_add_long() - the same as vexa_json_add_i64(). */
+VEXA_API int vexa_json_add_long(json_t *obj, const char *key, long delta);
+
+/**
+ * vexa_json_read_array() - the integers of the array under @key, in order; other elements are passed over.
+ * @out: set to a new array of *@count numbers.
+ *
+ * Returns: 0; -1, with both untouched, when there is no array, no integer in it, or no memory.
+ */
+VEXA_API int vexa_json_read_array(json_t *obj, const char *key, int64_t **out, size_t *count);
+
+/** vexa_json_append_array() - append to the array under @key, made when missing. Returns 0; -1 when @key holds
+ *  something else or memory runs out. */
+VEXA_API int vexa_json_append_array(json_t *obj, const char *key, int64_t value);
+
+/**
+ * vexa_json_maybe_append_array() - append a sample to a time series that thins itself.
+ * @name: of the series, less than 32 characters: "<name>Array" holds the samples, "<name>Time" the seconds of the
+ *        last one and "<name>Interval" the least seconds between two (10 when missing).
+ *
+ * A series of 360 samples first loses every second one, in place, and its interval doubles. The time is that of
+ * qx_now.
+ * Returns: 0 when appended; -2 when the last sample is younger than the interval; -1 on error: the name is too long
+ *          (logged), the key holds something other than an array, or memory runs out.
+ */
+VEXA_API int vexa_json_maybe_append_array(json_t *obj, const char *name, int64_t value);
+
+/**
+ * vexa_json_integer_value_from_obj() - an integer that may be written as text.
+ * @obj_name: for the debug lines that say why there is none.
+ * @accept_integer: 0 takes only a string.
+ * @value: untouched whenever the result is 0.
+ *
+ * Returns: 1 for a string that begins with a number (decimal, "0x" or octal); 2 for an integer, of which the low 32
+ *          bits are taken; else 0.
+ */
+VEXA_API int vexa_json_integer_value_from_obj(json_t *obj, const char *obj_name, const char *key, int accept_integer,
+                                              int *value);
+
+/** mac_str_to_oui_json_string() - new JSON string of the first three octets of a MAC address, as six lower-case
+ *  hexadecimal digits; NULL when there are fewer. */
+VEXA_API json_t *mac_str_to_oui_json_string(const char *mac);
+
+/** json_object_load_file_base64() - set @key to load_file_base64() of a stream. Returns 0; -1, with "" under @key,
+ *  when that failed. */
+VEXA_API int json_object_load_file_base64(json_t *obj, const char *key, FILE *stream);
 
 /* ------------------------------------------------------------------------------------------------------------------
  * Command execution
+ *
+ * Calls return when the command has ended. No descriptor of the library reaches a command. Log tag
+ * "libvexa_exec".
  */
+
+/** A command line, ready for execv(d->path, d->argv). */
+typedef struct exec_desc {
+    char path[4096];
+    int32_t argc; /* entries of @argv before its NULL */
+    char **argv;  /* the first points at @path, the others are owned */
+} exec_desc;
+
+/**
+ * exec_create() - new command line for exec_destroy(): a path, then its arguments, then NULL.
+ * @path: cut to 4095 characters, each argument to 4096.
+ *
+ * Returns: NULL when @path is NULL or empty, or memory runs out.
+ */
+VEXA_API exec_desc *exec_create(const char *path, ...) __attribute__((sentinel));
+
+/** exec_destroy() - release a command line; NULL is allowed. */
+VEXA_API void exec_destroy(exec_desc *d);
+
+/** exec_copy() - new deep copy for exec_destroy(); NULL for NULL or when memory runs out. */
+VEXA_API exec_desc *exec_copy(const exec_desc *d);
+
+/**
+ * exec_cmp() - whether two command lines are the same.
+ *
+ * Returns: 0 when they are; the index (from 1) of the first argument that differs; -1 when one is NULL, -ENOENT when
+ *          their numbers of arguments differ, -ESRCH when their paths do. Not an order.
+ */
+VEXA_API int exec_cmp(const exec_desc *a, const exec_desc *b);
+
+/**
+ * syswrapper_impl() - run an action of the device's script "/etc/syswrapper.sh", else "/usr/etc/syswrapper.sh".
+ * @wait: non-zero returns when the action has ended; 0 lets it run on, reaped by nobody of ours.
+ * @action: first argument of the script; up to 48 further ones follow, then NULL. Surplus ones are left off.
+ *
+ * The child gets the default SIGPIPE and an empty signal mask. Other children of the process that end meanwhile are
+ * reaped, too. Failures are logged as debug lines only.
+ */
+VEXA_API void syswrapper_impl(int wait, const char *action, ...) __attribute__((sentinel));
+
+/** forkexec() - run the program @argv[0] and wait for its end, with signals and children as syswrapper_impl(). */
+VEXA_API void forkexec(char *const argv[]);
+
+/**
+ * popen_get_output() - the beginning of what a shell command writes to its standard output.
+ * @size: bytes at @buf; the output, cut when longer, is zero-terminated inside. 0 stores nothing.
+ *
+ * Returns: bytes before the zero, once the command has ended; -1 when it cannot be started (logged). A status other
+ *          than 0 is only logged.
+ */
+VEXA_API int popen_get_output(const char *command, char *buf, size_t size);
+
+/**
+ * popen_alloc_output() - like popen_get_output(), as new memory of at most @max bytes, the final zero included.
+ *
+ * Returns: NULL when the command cannot be started, memory runs out or @max is 0 (logged).
+ */
+VEXA_API char *popen_alloc_output(const char *command, size_t max);
 
 /* ------------------------------------------------------------------------------------------------------------------
  * Lock files
+ *
+ * Two locks between processes, gone when their holder ends. Who holds them is state of the process. A link in the
+ * place of a lock is not followed. Log tag "statistics".
  */
+
+/** report_lock() - take the lock on the directory "/var/run/report", trying for eleven seconds. Returns 0; -1 when
+ *  it stays busy, is held by this process already, or cannot be opened (logged). */
+VEXA_API int report_lock(void);
+
+/** report_unlock() - release it. Returns 0; -1 when it was not held (logged). */
+VEXA_API int report_unlock(void);
+
+/** report_locked() - 1 while this process holds it. */
+VEXA_API int report_locked(void);
+
+/** inform_profile_lock() - report_lock() for the file "/var/run/inform-profile.lock", made with mode 0640 when
+ *  missing. */
+VEXA_API int inform_profile_lock(void);
+
+/** inform_profile_unlock() - release it. Returns 0; -1 when it was not held (logged). */
+VEXA_API int inform_profile_unlock(void);
 
 /* ------------------------------------------------------------------------------------------------------------------
  * Interfaces and system helpers
+ *
+ * Interface names count up to 15 characters. Failures are logged under the tag "libvexa_util".
  */
+
+/** set_iface_ip() - set the IPv4 address of an interface. A text that is no address sets 0.0.0.0. Returns 0 or -1. */
+VEXA_API int set_iface_ip(const char *ifname, const char *ipv4_text);
+
+/** get_iface_ip() - the IPv4 address of an interface, in network byte order. Returns 0 or -1. */
+VEXA_API int get_iface_ip(const char *ifname, uint32_t *addr);
+
+/** get_iface_index() - the index of an interface. Returns 0 or -1. */
+VEXA_API int get_iface_index(const char *ifname, uint32_t *index);
+
+/** iface_is_up() - 1 when the interface is administratively up; 0 also on any failure (logged). */
+VEXA_API int iface_is_up(const char *ifname);
+
+/** is_ppp_dev() - 1 when the name begins with "ppp". */
+VEXA_API int is_ppp_dev(const char *ifname);
+
+/** ipv4_netmask_from_prefix_len() - the mask in host byte order. All ones for a prefix of 0 as for 32; 0 above 32
+ *  (logged). */
+VEXA_API uint32_t ipv4_netmask_from_prefix_len(unsigned prefix);
+
+/** ipv4_prefix_len_from_netmask() - number of bits set, wherever they stand. */
+VEXA_API int ipv4_prefix_len_from_netmask(uint32_t mask);
+
+/** ipv6_netmask_from_prefix_len() - fill in a mask; a prefix above 128 counts as 128. */
+VEXA_API void ipv6_netmask_from_prefix_len(uint8_t mask[16], unsigned prefix);
+
+/** net_equals_v6() - 1 when two addresses agree in their first @prefix bits (all of them above 128); 0 for NULL
+ *  (logged). */
+VEXA_API int net_equals_v6(const uint8_t a[16], const uint8_t b[16], unsigned prefix);
+
+/**
+ * get_build_time() - "date time" of the firmware build, each part cut to 11 characters.
+ * @size: bytes at @buf; the text is cut to fit.
+ *
+ * Reads:   "build_date" and "build_time" of "/usr/lib/build.properties".
+ * Returns: 0; -1, with @buf untouched, without that file or for a negative @size.
+ */
+VEXA_API int get_build_time(char *buf, int size);
+
+/** get_vexa_scm_reftype() - "scm_reftype" of "/usr/lib/build.properties": 1 for "atag", 2 for "branch", else 0. */
+VEXA_API int get_vexa_scm_reftype(void);
+
+/** get_wireless_uplink_state() - "/var/run/system.uplink" as a number: 1 "init", 2 "wds", 3 "eth", 4 "down", else
+ *  0. */
+VEXA_API int get_wireless_uplink_state(void);
+
+/**
+ * get_uplink_device() - name of the interface that leads to the network.
+ * @size: bytes at @buf; the name is cut to fit.
+ *
+ * Reads:   "/var/run/system.uplink"; then "/var/run/system.uplink_ifname", else "/var/run/system.uplink_port".
+ *          Without the first file, the first of "eth0", "bond0" and "eth1" that is up; when none is, @buf stays
+ *          untouched.
+ * Returns: 0; 1, 2 or 3, with @buf untouched, for the states "init", "down" and "unknown".
+ */
+VEXA_API int get_uplink_device(char *buf, size_t size);
+
+/** vexa_force_cpu() - bind a process (0: the caller) to one CPU. Returns 0; -1 with errno, as for a CPU outside 0
+ *  to 1023. */
+VEXA_API int vexa_force_cpu(pid_t pid, int cpu);
+
+/** vexa_show_cpu_mask() - log the CPUs that a process may run on, as a debug line. */
+VEXA_API void vexa_show_cpu_mask(pid_t pid);
 
 /* ------------------------------------------------------------------------------------------------------------------
  * URLs
