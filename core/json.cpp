@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "core/log.h"
+#include "core/number.h"
 #include "core/owner.h"
 
 extern "C" {
@@ -9,12 +10,6 @@ timespec qx_now = {};
 namespace {
 
 constexpr char log_tag[] = "libvexa_util";
-
-// counters that others may have written wrap around
-int64_t wrapping_add(int64_t a, int64_t b)
-{
-    return int64_t(uint64_t(a) + uint64_t(b));
-}
 
 } // namespace
 

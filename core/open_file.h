@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/owner.h"
+
+#include <fcntl.h>
+
+// Opens a state file to read. Nothing is waited for: a FIFO in its place reads as empty, a terminal is not taken over.
+unique_file open_reader(const char *path, int dirfd = AT_FDCWD);
+
+// Takes over a descriptor, which is closed when there is no stream.
+unique_file stream_of(unique_fd fd, const char *mode);
+
+// Writes out what is buffered and closes; false when it did not all reach the file.
+bool close_written(unique_file file);
