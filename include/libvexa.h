@@ -26,7 +26,9 @@
 #include <stddef.h>
 #include <stdint.h>
 #include <stdio.h>
+#include <sys/socket.h>
 #include <sys/types.h>
+#include <sys/un.h>
 #include <time.h>
 
 #ifdef __cplusplus
@@ -873,6 +875,85 @@ VEXA_API const char *get_key_element(const char *key, unsigned n);
 /* ------------------------------------------------------------------------------------------------------------------
  * Discovery protocol
  */
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * Framed socket messages
+ *
+ * On the wire: type and length as they lie in memory, 8 bytes sent on their own, then the payload in pieces of at most
+ * 16384 bytes. Descriptors of 1024 and more are refused. Log tag "sk_msg".
+ */
+
+typedef struct sk_msg {
+    int32_t type; /* the caller's */
+    int32_t len;  /* bytes of payload */
+    buffer *data; /* the payload, from its first unread byte; what is received is appended */
+} sk_msg;
+
+/**
+ * sk_msg_send() - send a message through a connected stream socket, without SIGPIPE.
+ * @timeout_s: seconds that the peer may take for each step forward.
+ *
+ * Returns: @len of the record; -1 on failure, when @data holds less, or after the time, with errno ETIMEDOUT (all
+ *          logged).
+ */
+VEXA_API int sk_msg_send(int fd, sk_msg *msg, int timeout_s);
+
+/**
+ * sk_msg_recv() - receive a message from a stream socket.
+ * @timeout_s: seconds to wait for the header and for each piece.
+ *
+ * Each piece counts as full: what a short read leaves is appended as zeros, also when the peer has closed. A peer that
+ * closed before the header gives an empty message of type 0.
+ * Returns: the announced length; -1 on failure, after the time (not logged), on a signal or for a negative length;
+ *          pieces that came before are in @data.
+ */
+VEXA_API int sk_msg_recv(int fd, sk_msg *msg, int timeout_s);
+
+/** sk_msg_sendto() - sk_msg_send() through a datagram socket to @addr, with 3 seconds. */
+VEXA_API int sk_msg_sendto(int fd, sk_msg *msg, const struct sockaddr *addr, socklen_t addrlen);
+
+/**
+ * sk_msg_recvfrom() - sk_msg_recv() from a datagram socket, with 3 seconds; signals do not end the wait and its end is
+ *                     logged.
+ * @addr: sender of the last datagram.
+ * @addrlen: bytes at @addr; set to what the address takes.
+ */
+VEXA_API int sk_msg_recvfrom(int fd, sk_msg *msg, struct sockaddr *addr, socklen_t *addrlen);
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * Local socket endpoints
+ *
+ * Datagram sockets bound to files. Log tag "uds".
+ */
+
+typedef struct uds_sock {
+    int32_t fd;               /* -1 when none */
+    struct sockaddr_un local; /* what it is bound to; a path of 108 bytes has no zero behind it */
+    struct sockaddr_un peer;  /* what a client is connected to */
+} uds_sock;
+
+/**
+ * uds_socket_create() - open a server or a client endpoint.
+ * @path: of the server, at most 108 bytes. A server removes what stands there; a client binds to a file of its own,
+ *        "/var/run/uds_client-<pid>-<random number>".
+ * @s: overwritten; uds_sock_close() does nothing to it after a failure.
+ *
+ * Returns: the descriptor, which is also in @s; -1 on failure (logged), and then no file is left behind.
+ */
+VEXA_API int uds_socket_create(const char *path, uds_sock *s, int server);
+
+/** uds_sock_open_server() - uds_socket_create() of a server. */
+VEXA_API int uds_sock_open_server(const char *path, uds_sock *s);
+
+/** uds_sock_open_client() - uds_socket_create() of a client. */
+VEXA_API int uds_sock_open_client(const char *path, uds_sock *s);
+
+/** uds_get_sock() - the descriptor; -1 for NULL. */
+VEXA_API int uds_get_sock(const uds_sock *s);
+
+/** uds_sock_close() - remove the endpoint's file and close its descriptor; NULL is allowed. @s keeps both numbers and
+ *  must not be closed again. */
+VEXA_API void uds_sock_close(uds_sock *s);
 
 #ifdef __cplusplus
 }
