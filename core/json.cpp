@@ -135,3 +135,10 @@ extern "C" json_t *mac_str_to_oui_json_string(const char *mac)
         return nullptr;
     return json_sprintf("%02x%02x%02x", b[0], b[1], b[2]);
 }
+
+extern "C" int json_object_load_file_base64(json_t *obj, const char *key, FILE *stream)
+{
+    const unique_text text{load_file_base64(stream)};
+    const int stored = json_object_set_new(obj, key, json_string(text ? text.get() : ""));
+    return text ? stored : -1;
+}
