@@ -42,6 +42,8 @@ std::vector<std::string> verb_words(const std::string &family)
 {
     std::vector<std::string> words;
     each_verb([&](const verb &v) {
+        if (!v.summary)
+            return;
         const std::vector<std::string> name = split(v.name, ' ');
         if (family.empty())
             words.push_back(name[0]);

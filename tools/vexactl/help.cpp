@@ -35,10 +35,11 @@ std::string usage_of(const verb &v)
 
 std::string verb_help(const verb &v)
 {
-    std::string out = "usage: " + usage_of(v) + " [options]\n\n  " + v.summary + "\n";
+    std::string out = "usage: " + usage_of(v) + " [options]\n\n  " + (v.summary ? v.summary : "") + "\n";
     if (v.options[0].name)
         out += "\nOptions:\n" + option_lines(v.options);
-    return out + "\nEvery command takes:\n" + option_lines(common_options()) + "\nExample:\n  " + v.example + "\n";
+    out += "\nEvery command takes:\n" + option_lines(common_options());
+    return out + (v.example ? std::string{"\nExample:\n  "} + v.example + "\n" : "");
 }
 
 std::string verb_lines(const std::string &family)
@@ -46,7 +47,7 @@ std::string verb_lines(const std::string &family)
     table lines{{{}, {"", false, true}}};
     for (const verb_family &verbs : verb_table())
         for (const verb &v : verbs)
-            if (family.empty() || std::string{v.name}.rfind(family + " ", 0) == 0)
+            if (v.summary && (family.empty() || std::string{v.name}.rfind(family + " ", 0) == 0))
                 lines.row({{std::string{v.name} + (*v.operands ? " " : "") + v.operands}, {v.summary}});
     return lines.render(plain, 2);
 }

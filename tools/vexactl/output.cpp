@@ -214,7 +214,7 @@ std::string output::rows(const answer &what, size_t indent) const
     std::vector<table_column> headings;
     headings.reserve(columns.size());
     for (const column &c : columns)
-        headings.push_back({c.title, c.as == kind::number, c.wraps});
+        headings.push_back({upper_case(c.title), c.as == kind::number, c.wraps});
     table lines{std::move(headings)};
     for (size_t i = 0; i < json_array_size(list); i++) {
         const json_t *item = json_array_get(list, i);

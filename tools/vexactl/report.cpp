@@ -6,6 +6,7 @@
 namespace {
 
 constexpr void (*families[])(const report_source &, std::vector<section> &) = {
+    report_interface,
     report_config,
 };
 

@@ -14,3 +14,4 @@ struct report_source {
 
 // Each appends the sections of one family; people do not see those without an answer.
 void report_config(const report_source &from, std::vector<section> &page);
+void report_interface(const report_source &from, std::vector<section> &page);

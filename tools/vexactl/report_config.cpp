@@ -62,10 +62,10 @@ section radios(const report_source &from)
         {"width", ".cwm.mode"}, {"power", ".txpower"},        {"country", ".country"},
     };
     static constexpr column columns[] = {
-        {"device", "DEVICE"},   {"enabled", "STATE", kind::on_off},
-        {"mode", "MODE"},       {"channel", "CHANNEL"},
-        {"width", "WIDTH"},     {"power", "POWER"},
-        {"country", "COUNTRY"},
+        {"device", "Device"},   {"enabled", "State", kind::on_off},
+        {"mode", "Mode"},       {"channel", "Channel"},
+        {"width", "Width"},     {"power", "Power"},
+        {"country", "Country"},
     };
     return {"radios", "Radios", {section_rows(from, "radio.", ".devname", fields), columns}};
 }
@@ -77,9 +77,9 @@ section networks(const report_source &from)
         {"radio", ".parent"}, {"security", ".security.type"}, {"hidden", ".hide_ssid", true},
     };
     static constexpr column columns[] = {
-        {"ssid", "SSID", kind::text, true}, {"device", "DEVICE"},
-        {"enabled", "STATE", kind::on_off}, {"radio", "RADIO"},
-        {"security", "SECURITY"},           {"hidden", "HIDDEN"},
+        {"ssid", "SSID", kind::text, true}, {"device", "Device"},
+        {"enabled", "State", kind::on_off}, {"radio", "Radio"},
+        {"security", "Security"},           {"hidden", "Hidden"},
     };
     return {"networks", "Networks", {section_rows(from, "wireless.", ".ssid", fields), columns}};
 }
@@ -91,8 +91,8 @@ section limits(const report_source &from)
         {"uplink", ".uplink.1.devname"}, {"up_max_kbit", ".uplink.1.maxspeed"},  {"up_min_kbit", ".uplink.1.minspeed"},
     };
     static constexpr column columns[] = {
-        {"device", "DEVICE"}, {"down_max_kbit", "DOWN MAX", kind::number}, {"down_min_kbit", "MIN", kind::number},
-        {"uplink", "UPLINK"}, {"up_max_kbit", "UP MAX", kind::number},     {"up_min_kbit", "MIN", kind::number},
+        {"device", "Device"}, {"down_max_kbit", "Down max", kind::number}, {"down_min_kbit", "Min", kind::number},
+        {"uplink", "Uplink"}, {"up_max_kbit", "Up max", kind::number},     {"up_min_kbit", "Min", kind::number},
     };
     return {"limits", "Limits (kbit/s)", {section_rows(from, "qos.vap.", ".devname", fields), columns}};
 }
@@ -100,7 +100,7 @@ section limits(const report_source &from)
 // Every switch "name.status" is a service's, but those of the sections above.
 section services(const report_source &from)
 {
-    static constexpr column columns[] = {{"name", "SERVICE"}, {"enabled", "STATE"}};
+    static constexpr column columns[] = {{"name", "Service"}, {"enabled", "State"}};
     static constexpr const char *no_services[] = {"radio", "wireless", "bridge", "vlan", "netconf", "aaa"};
     json_ref rows{list()};
     for (const cfg_entry *entry = from.cfg; entry; entry = entry->next) {

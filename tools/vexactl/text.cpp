@@ -112,6 +112,14 @@ std::string lower_case(std::string_view text)
     return out;
 }
 
+std::string upper_case(std::string_view text)
+{
+    std::string out{text};
+    for (char &c : out)
+        c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+    return out;
+}
+
 size_t width(std::string_view text)
 {
     size_t columns = 0;

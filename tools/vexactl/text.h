@@ -24,7 +24,9 @@ std::string visible(std::string_view text);
 // with U+FFFD in the place of each byte that is no UTF-8
 std::string valid_utf8(std::string_view text);
 
-std::string lower_case(std::string_view text); // of ASCII letters
+// of ASCII letters
+std::string lower_case(std::string_view text);
+std::string upper_case(std::string_view text);
 
 // columns that a visible text takes on a terminal
 size_t width(std::string_view text);

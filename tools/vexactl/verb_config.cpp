@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr column entry_columns[] = {{"key", "KEY"}, {"value", "VALUE", kind::text, true}};
+constexpr column entry_columns[] = {{"key", "Key"}, {"value", "Value", kind::text, true}};
 
 json_t *entry(const char *key, const char *value)
 {
@@ -90,9 +90,9 @@ json_t *change(const cfg_it &it, const key_index &before, const key_index &after
 int config_diff(const arguments &args, output &out)
 {
     static constexpr column columns[] = {{"change", "", kind::change},
-                                         {"key", "KEY", kind::text, true},
-                                         {"old", "OLD", kind::text, true},
-                                         {"new", "NEW", kind::text, true}};
+                                         {"key", "Key", kind::text, true},
+                                         {"old", "Old", kind::text, true},
+                                         {"new", "New", kind::text, true}};
     unique_cfg before, after;
     for (const auto &[path, cfg] : {std::pair{args.operand(0), &before}, std::pair{args.operand(1), &after}}) {
         const std::string trouble = load(path, *cfg);
@@ -113,10 +113,10 @@ int config_diff(const arguments &args, output &out)
 
 int config_check(const arguments &args, output &out)
 {
-    static constexpr column columns[] = {{"line", "LINE", kind::number},
-                                         {"problem", "PROBLEM"},
-                                         {"key", "KEY", kind::text, true},
-                                         {"text", "WHAT", kind::text, true}};
+    static constexpr column columns[] = {{"line", "Line", kind::number},
+                                         {"problem", "Problem"},
+                                         {"key", "Key", kind::text, true},
+                                         {"text", "What", kind::text, true}};
     std::string bytes;
     const std::string trouble = load(chosen_file(args), bytes);
     if (!trouble.empty())
@@ -144,13 +144,13 @@ constexpr verb verbs[] = {
      .run = config_get},
     {.name = "config list",
      .operands = "[PREFIX]",
-     .summary = "all entries, or those whose key begins with PREFIX",
+     .summary = "the entries whose key begins with PREFIX, or all",
      .options = {},
      .example = "vexactl config list radio.1.",
      .run = config_list},
     {.name = "config section",
      .operands = "PREFIX",
-     .summary = "the entries PREFIX, number, postfix; sorted by number",
+     .summary = "the entries of a numbered section, sorted",
      .options = {{{"postfix", "P", "what follows the number, from its '.' on; default nothing"},
                   {"value", "V", "only entries with this value"}}},
      .example = "vexactl config section wireless. --postfix .ssid",

@@ -28,7 +28,7 @@ int log_text(const arguments &args, output &out)
 constexpr verb verbs[] = {
     {.name = "log",
      .operands = "TEXT",
-     .summary = "write a line into the device's log (with -v to standard error)",
+     .summary = "write a line into the device's log",
      .options = {{{"level", "LEVEL", "emerg, alert, crit, error, warning, notice, info (default) or debug",
                    level_words},
                   {"module", "NAME", "module that the line names; default vexactl"}}},

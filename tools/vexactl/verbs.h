@@ -19,7 +19,7 @@ struct option {
 struct verb {
     const char *name = nullptr;    // one word or two: "report", "config get"
     const char *operands = "";     // as the usage line shows them: "OLD NEW", "[PREFIX]", "ACTION [ARGS...]"
-    const char *summary = nullptr; // one line
+    const char *summary = nullptr; // one line; none: not for people
     std::array<option, 6> options; // besides those that every verb takes; unused ones have no name
     const char *example = nullptr; // a command line
     int (*run)(const arguments &args, output &out) = nullptr; // an exit_status
@@ -29,8 +29,11 @@ struct verb {
 using verb_family = std::span<const verb>;
 extern const verb_family completion_family;
 extern const verb_family config_family;
+extern const verb_family interface_family;
+extern const verb_family lock_family;
 extern const verb_family log_family;
 extern const verb_family report_family;
+extern const verb_family run_family;
 
 // every family, in the order that help shows
 std::span<const verb_family> verb_table();
