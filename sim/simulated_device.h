@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "sim/devices.h"
+#include "sim/error.h"
+#include "sim/tree.h"
+
+#include <optional>
+
+namespace sim {
+
+struct options {
+    std::string device = default_device;
+    bool keep_proc = false;           // leave the kernel's own /proc alone; the device's files below it are not there
+    std::vector<path> reachable = {}; // stays in its place although the device covers /tmp, /run and the like
+    std::vector<path> writable = {};  // folders of the machine that may be written
+};
+
+// The device that this process and its children run on. The machine's files and network are out of reach of anything
+// they write. Whatever cannot be done is thrown: `refused` when the kernel does not let us, else `error`.
+class simulated_device {
+public:
+    void enter(const options &);
+    bool entered() const { return files_.has_value(); }
+
+    void put(const path &file, std::string_view text, mode_t mode = 0644);
+    void remove(const path &entry);
+    bool exists(const path &entry) const;
+    std::string text(const path &file) const;
+
+    // The files as they were after entering. Interfaces stay as they are.
+    void restore();
+
+private:
+    void lay_out();
+
+    path folder_;
+    options options_;
+    std::optional<tree> files_;
+};
+
+} // namespace sim

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/captured_log.h"
+
+#include "tests/support/memory_file.h"
+
+#include <cstdio>
+#include <libvexa.h>
+#include <unistd.h>
+
+captured_log::captured_log(uint32_t level)
+    : level_before_{libvexa_log_level}, syslog_before_{libvexa_log_use_syslog},
+      error_before_{dup(STDERR_FILENO)}, memory_{memory_file()}
+{
+    libvexa_log_level = level;
+    libvexa_log_use_syslog = 0;
+    fflush(stderr);
+    dup2(memory_, STDERR_FILENO);
+}
+
+captured_log::~captured_log()
+{
+    fflush(stderr);
+    dup2(error_before_, STDERR_FILENO);
+    close(error_before_);
+    close(memory_);
+    libvexa_log_level = level_before_;
+    libvexa_log_use_syslog = syslog_before_;
+}
+
+std::string captured_log::text() const
+{
+    const std::string prefix = program_invocation_short_name + ("[" + std::to_string(getpid()) + "]: ");
+    std::string text = contents(memory_);
+    for (size_t at = 0; (at = text.find(prefix, at)) != text.npos;)
+        text.erase(at, prefix.size());
+    return text;
+}

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/program.h"
+
+#include "tests/support/memory_file.h"
+
+#include <sys/wait.h>
+
+finished run_program(const std::vector<std::string> &arguments, const std::string &input)
+{
+    const int files[] = {memory_file(input), memory_file(), memory_file()};
+    std::vector<char *> pointers;
+    for (const std::string &argument : arguments)
+        pointers.push_back(const_cast<char *>(argument.c_str()));
+    pointers.push_back(nullptr);
+    const pid_t child = fork();
+    if (child == 0) {
+        for (int standard = STDIN_FILENO; standard <= STDERR_FILENO; standard++)
+            dup2(files[standard], standard);
+        execvp(pointers[0], pointers.data());
+        _exit(127);
+    }
+    int status = -1;
+    waitpid(child, &status, 0);
+    finished result{WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status), contents(files[1]),
+                    contents(files[2])};
+    for (const int file : files)
+        close(file);
+    return result;
+}
