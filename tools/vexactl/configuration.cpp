@@ -58,11 +58,24 @@ const char *key_index::value(const std::string &key) const
     return found == first_.end() ? nullptr : found->second->value;
 }
 
+// a configuration of one entry: a getter of the library has nothing to walk past
+cfg_entry key_index::alone(const std::string &key) const
+{
+    static char nothing[] = "";
+    const auto found = first_.find(lower_case(key));
+    return found == first_.end() ? cfg_entry{nothing, nothing, nullptr, nullptr}
+                                 : cfg_entry{found->second->key, found->second->value, nullptr, nullptr};
+}
+
+int64_t key_index::integer(const std::string &key) const
+{
+    cfg_entry entry = alone(key);
+    errno = 0;
+    return get_int64(&entry, -1, "%s", entry.key);
+}
+
 int key_index::boolean(const std::string &key) const
 {
-    const auto found = first_.find(lower_case(key));
-    if (found == first_.end())
-        return -1;
-    cfg_entry alone{found->second->key, found->second->value, nullptr, nullptr}; // nothing to walk past
-    return get_bool(&alone, -1, "%s", alone.key);
+    cfg_entry entry = alone(key);
+    return get_bool(&entry, -1, "%s", entry.key);
 }

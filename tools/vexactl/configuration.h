@@ -32,8 +32,11 @@ class key_index {
 public:
     explicit key_index(const cfg_entry *cfg);
     const char *value(const std::string &key) const; // nullptr when there is none
+    int64_t integer(const std::string &key) const;   // -1 when there is none, or it is no number
     int boolean(const std::string &key) const;       // -1 when there is none, or it is no boolean
 
 private:
+    cfg_entry alone(const std::string &key) const;
+
     std::unordered_map<std::string, const cfg_entry *> first_;
 };

@@ -26,6 +26,16 @@ std::string json_text(const json_t *document, size_t style)
     return out;
 }
 
+std::string scalar_text(const json_t *value);
+
+std::string words_text(const json_t *list)
+{
+    std::string text;
+    for (size_t i = 0; i < json_array_size(list); i++)
+        text += (i ? " " : "") + scalar_text(json_array_get(list, i));
+    return text;
+}
+
 std::string scalar_text(const json_t *value)
 {
     if (!value || json_is_null(value))
@@ -34,6 +44,8 @@ std::string scalar_text(const json_t *value)
         return visible(bytes_of(value));
     if (json_is_boolean(value))
         return json_is_true(value) ? "yes" : "no";
+    if (json_is_array(value))
+        return words_text(value);
     std::string text = json_text(value, JSON_COMPACT);
     text.pop_back();
     return text;

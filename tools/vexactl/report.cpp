@@ -2,6 +2,7 @@
 #include "report.h"
 
 #include "arguments.h"
+#include "text.h"
 
 namespace {
 
@@ -16,13 +17,13 @@ int report(const arguments &args, output &out)
     std::string bytes;
     unique_cfg cfg;
     const std::string trouble = load(path, bytes, cfg);
-    if (!trouble.empty())
-        return out.fail(status_unavailable, trouble);
     std::vector<section> page;
     const key_index keys{cfg.get()};
     for (const auto family : families)
-        family({path, bytes, cfg.get(), keys}, page);
-    return out.page("Device report", page);
+        family({path, trouble.empty(), bytes, cfg.get(), keys}, page);
+    const char *name = keys.value("system.hostname");
+    const int shown = out.page(name ? "Report of " + visible(name) : "Device report", page);
+    return trouble.empty() ? shown : out.fail(status_unavailable, trouble);
 }
 
 constexpr verb verbs[] = {

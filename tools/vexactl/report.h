@@ -7,7 +7,8 @@
 // What the sections of the report are made from.
 struct report_source {
     const char *path;
-    std::string_view bytes; // of the configuration file
+    bool readable;          // the configuration file; all below is empty when it is not
+    std::string_view bytes; // of the file
     cfg_entry *cfg;
     const key_index &keys; // of cfg
 };
