@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <dirent.h>
 #include <jansson.h>
+#include <libvexa.h>
 #include <memory>
 #include <unistd.h>
 #include <utility>
