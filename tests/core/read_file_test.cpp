@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/captured_log.h"
+#include "tests/support/device.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+constexpr char path[] = "/tmp/state";
+
+TEST(freadline, gives_the_first_line_or_the_default)
+{
+    constexpr const char *rows[][3] = {{"up to the line feed", "one\ntwo\n", "one"},
+                                       {"up to a carriage return", "one\rtwo\n", "one"},
+                                       {"an empty line is a line", "\ntwo\n", ""},
+                                       {"cut to the buffer", "01234567\n", "0123456"},
+                                       {"an empty file has none", "", "default"}};
+    char line[8];
+    for (const auto &[why, file, expected] : rows) {
+        the_device.put(path, file);
+        strcpy(line, "default"); // the default may stand in the buffer itself
+        EXPECT_STREQ(freadline(path, line, sizeof line, line), expected) << why;
+        EXPECT_STREQ(freadlineat(AT_FDCWD, path, line, sizeof line, "default"), expected) << why;
+    }
+    ASSERT_EQ(mkfifo("/tmp/fifo", 0600), 0);
+    EXPECT_STREQ(freadline("/tmp/fifo", line, sizeof line, "default"), "default") << "nothing waits for a writer";
+    const captured_log log;
+    EXPECT_STREQ(freadline("/tmp/missing", line, sizeof line, nullptr), "");
+    EXPECT_EQ(log.text(), "[debug] libvexa_util.freadline(): fsreadline returned error code -2\n"
+                          "[error] libvexa_util.freadline(): NULL pointer for default value\n");
+    EXPECT_EQ(fsreadline(nullptr, line, sizeof line), -EINVAL);
+    EXPECT_EQ(fsreadline("/tmp", line, sizeof line), -EISDIR);
+    errno = ERANGE;
+    EXPECT_EQ(fsreadline(path, line, sizeof line), -ERANGE) << "the end of a file leaves errno alone";
+}
+
+TEST(line_readers, look_at_pieces_of_254_characters)
+{
+    const std::string piece(254, 'p');
+    const std::string rows[][4] = {{"the whole first word is the key", "keys=1\nxkey=2\n key = 3\r\n", "keys=1\n", "3"},
+                                   {"a line without a value", "key=\nkey\tap more\n", "key=\n", "ap"},
+                                   {"no line with a value", "key=\n", "key=\n", "default"},
+                                   {"cut to the buffer", "key=01234567\n", "key=012", "0123456"},
+                                   {"astride two pieces", piece.substr(1) + "key=1\n", "none", "default"},
+                                   {"a piece begins like a line", piece + "key=1\n", "key=1\n", "1"}};
+    for (const auto &[why, file, line, value] : rows) {
+        the_device.put(path, file);
+        char text[8] = "none";
+        EXPECT_EQ(fsreadlinebykey(path, "key", text, sizeof text), line == "none" ? -1 : 0) << why;
+        EXPECT_EQ(text, line) << why;
+        EXPECT_EQ(freadvalue(path, "key", text, sizeof text, "default"), value) << why;
+    }
+}
+
+TEST(numbers, stand_at_the_start_of_a_file)
+{
+    constexpr std::tuple<const char *, long, long, double> rows[] = {
+        {"42 \n43", 42, 42, 42}, {"0x10\n", 0, 16, 16},    {"abc\n", 7, 7, 7},
+        {"\n42\n", 7, 7, 7},     {"-1.5\n", -1, -1, -1.5}, {"0000000000000012\n", 1, 1, 12}};
+    for (const auto &[file, decimal, any_base, fraction] : rows) {
+        the_device.put(path, file);
+        EXPECT_EQ(freadlong(path, 7), decimal) << file;
+        EXPECT_EQ(freadulong(path, 7), (unsigned long)(decimal)) << file;
+        EXPECT_EQ(freaddouble(path, 7), fraction) << file;
+        EXPECT_EQ(freadlongat(AT_FDCWD, path, 7), any_base) << file;
+        EXPECT_EQ(freadi64at(AT_FDCWD, path, 7), any_base) << file;
+    }
+    EXPECT_EQ(freadlong("/tmp/missing", -7), -7);
+    EXPECT_EQ(freadlongat(AT_FDCWD, "/tmp/missing", -7), -7);
+}
+
+TEST(load_file_base64, reads_all_or_fails_with_a_line)
+{
+    the_device.put(path, std::string(301, 'b'));
+    the_device.put("/tmp/empty", "");
+    the_device.put("/tmp/huge", "");
+    ASSERT_EQ(truncate("/tmp/huge", off_t{1} << 32), 0);
+    const captured_log log;
+    constexpr const char *rows[][3] = {
+        {path, "r", "Yg=="}, {"/tmp/empty", "r", ""}, {"/tmp/huge", "r", nullptr}, {path, "a", nullptr}};
+    for (const auto &[name, mode, expected] : rows) {
+        const std::unique_ptr<FILE, decltype(&fclose)> file{fopen(name, mode), fclose};
+        const std::unique_ptr<char, decltype(&free)> text{load_file_base64(file.get()), free};
+        EXPECT_STREQ(text && *text ? text.get() + 400 : text.get(), expected) << "no padding before the last bytes";
+    }
+    EXPECT_EQ(log.text(), "[debug] libvexa_util.load_file_base64(): Couldn't find file size: File too large\n"
+                          "[error] libvexa_util.load_file_base64(): Couldn't read all bytes from file\n");
+}
