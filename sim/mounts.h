@@ -23,7 +23,7 @@ bool mount_new(const char *type, const std::filesystem::path &path, const char *
 enum class reach { this_mount, all_below };
 void make_read_only(const std::filesystem::path &path, reach);
 
-// Makes `path` a mount of its own that can be written.
-void make_writable(const std::filesystem::path &path);
+// Makes `path` a mount of its own that can be written. False when the kernel does not allow it.
+bool make_writable(const std::filesystem::path &path);
 
 } // namespace sim::mounts

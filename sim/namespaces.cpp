@@ -12,7 +12,7 @@ namespace sim {
 
 namespace {
 
-constexpr int own_spaces = CLONE_NEWNS | CLONE_NEWNET | CLONE_NEWIPC;
+constexpr int own_spaces = CLONE_NEWNS | CLONE_NEWNET | CLONE_NEWIPC | CLONE_NEWUTS;
 
 void write_map(const char *path, const std::string &text)
 {

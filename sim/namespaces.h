@@ -3,8 +3,8 @@
 
 namespace sim {
 
-// Gives this process a mount, a network and an IPC namespace of its own. Whoever may not do so as he is becomes root of
-// a user namespace of his own first.
+// Gives this process mounts, a network, IPC objects and a host name of its own. Who may not do so becomes root of a
+// user namespace of his own first.
 void enter_namespaces();
 
 } // namespace sim

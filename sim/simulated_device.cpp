@@ -41,6 +41,16 @@ void mount_sys()
     mounts::make_read_only("/sys", mounts::reach::this_mount);
 }
 
+// Nothing of the machine can be written any more, but the settings of this network namespace, and what is asked for.
+void protect_machine(const std::vector<path> &writable)
+{
+    mounts::make_read_only("/", mounts::reach::all_below);
+    (void)mounts::make_writable("/proc/sys/net");
+    for (const path &folder : writable)
+        if (!mounts::make_writable(folder))
+            fail<error>("cannot make " + folder.string() + " writable");
+}
+
 std::vector<path> with_current_folder(std::vector<path> paths)
 {
     std::error_code none;
@@ -52,35 +62,44 @@ std::vector<path> with_current_folder(std::vector<path> paths)
 
 void simulated_device::enter(const options &o)
 {
-    options_ = o;
-    folder_ = find_device(o.device);
+    const path folder = find_device(o.device);
     const std::vector<path> reachable = with_current_folder(o.reachable);
+    initial_ = read_device_files(folder / "root");
+    options_ = o;
     enter_namespaces();
     mounts::make_private();
-    make_interfaces(folder_ / "interfaces");
+    make_interfaces(folder / "interfaces");
 
-    mounts::make_read_only("/", mounts::reach::all_below);
-    mounts::make_writable("/proc/sys/net");
-    for (const path &writable : o.writable)
-        mounts::make_writable(writable);
+    protect_machine(o.writable);
     mount_sys();
     files_.emplace(reachable);
-    for (const char *folder : empty_folders)
-        if (fs::is_directory(folder) && !fs::is_symlink(folder)) // /var/run often is a link to /run
-            files_->cover(folder, shows::nothing);
-    files_->cover("/etc", shows::links);
-    cover_device_nodes(*files_);
-    if (!o.keep_proc)
-        compose_proc(*files_);
+    cover_machine();
     lay_out();
     if (chdir(reachable.back().c_str()) != 0 && chdir("/") != 0)
         fail<error>("no current folder");
 }
 
+void simulated_device::cover_machine()
+{
+    for (const char *folder : empty_folders)
+        if (fs::is_directory(folder) && !fs::is_symlink(folder)) // /var/run often is a link to /run
+            files_->cover(folder, shows::nothing);
+    files_->cover("/etc", shows::links);
+    cover_device_nodes(*files_);
+    if (!options_.keep_proc)
+        compose_proc(*files_);
+}
+
 void simulated_device::lay_out()
 {
-    if (const path root = folder_ / "root"; fs::exists(root))
-        files_->copy_from(root, options_.keep_proc ? "/proc" : "");
+    for (const device_file &file : initial_) {
+        if (options_.keep_proc && file.place.native().starts_with("/proc/"))
+            continue;
+        if (file.is_link)
+            files_->put_link(file.place, file.content);
+        else
+            files_->put(file.place, file.content, file.mode);
+    }
 }
 
 void simulated_device::restore()

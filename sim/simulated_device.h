@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "sim/device_files.h"
 #include "sim/devices.h"
 #include "sim/error.h"
 #include "sim/tree.h"
@@ -32,10 +33,11 @@ public:
     void restore();
 
 private:
+    void cover_machine();
     void lay_out();
 
-    path folder_;
     options options_;
+    std::vector<device_file> initial_;
     std::optional<tree> files_;
 };
 

@@ -59,6 +59,11 @@ void make_link(const path &link, const path &target)
         fail<error>("cannot make the link " + link.string());
 }
 
+bool is_untouched(const fs::directory_entry &entry)
+{
+    return entry.is_symlink() && fs::read_symlink(entry) == machine / entry.path().filename();
+}
+
 struct kept_entry {
     path entry;
     descriptor copy;
@@ -224,29 +229,12 @@ void tree::remove(const path &entry)
         throw error("cannot remove " + entry.string());
 }
 
-void tree::copy_from(const path &folder, const path &except)
-{
-    for (auto entry = fs::recursive_directory_iterator(folder); entry != fs::recursive_directory_iterator(); ++entry) {
-        const path place = "/" / entry->path().lexically_relative(folder);
-        if (place == except) {
-            entry.disable_recursion_pending();
-        } else if (entry->is_symlink()) {
-            put_link(place, fs::read_symlink(entry->path()));
-        } else if (entry->is_directory()) {
-            own(place);
-        } else {
-            std::ifstream in(entry->path(), std::ios::binary);
-            const std::string text(std::istreambuf_iterator<char>(in), {});
-            put(place, text, mode_t(entry->status().permissions()));
-        }
-    }
-}
-
 void tree::clear()
 {
     for (const covered &c : covers_) {
         for (const fs::directory_entry &entry : fs::directory_iterator(c.folder))
-            remove_all(entry.path());
+            if (!is_untouched(entry))
+                remove_all(entry.path());
         fill(c);
     }
 }

@@ -32,7 +32,6 @@ public:
 
     void put(const path &file, std::string_view text, mode_t mode);
     void put_link(const path &link, const path &target);
-    void copy_from(const path &folder, const path &except = {});
     void remove(const path &entry);
     // Covered folders as they were at first.
     void clear();
