@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/log.h"
 
+#include "core/open_file.h"
 #include "core/owner.h"
 #include "core/paths.h"
 
@@ -37,6 +38,13 @@ void log_to_stream(FILE *out, int priority, const char *module, const char *func
     funlockfile(out);
 }
 
+unique_file open_kernel_log()
+{
+    constexpr mode_t anyone = 0666;
+    constexpr int flags = O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW | O_NOCTTY;
+    return stream_of(unique_fd{open(path_kmsg, flags, anyone)}, "w+");
+}
+
 } // namespace
 
 extern "C" void libvexa_log(int priority, const char *module, const char *func, const char *format, ...)
@@ -52,7 +60,7 @@ extern "C" void libvexa_log(int priority, const char *module, const char *func, 
         vsnprintf(text, sizeof text, format, args);
         syslog(priority, "%s[%d]: %s.%s(): %s\n", program_invocation_short_name, getpid(), module, func, text);
     } else {
-        const unique_file kmsg{fopen(path_kmsg, "w+e")};
+        const unique_file kmsg = open_kernel_log();
         log_to_stream(kmsg ? kmsg.get() : stderr, priority, module, func, format, args);
     }
     va_end(args);
