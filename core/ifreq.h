@@ -18,7 +18,7 @@ struct interface_request {
         memcpy(static_cast<void *>(&block), ifname, strnlen(ifname, IFNAMSIZ - 1)); // the rest stays zero
     }
 
-    bool issue(unsigned long code) noexcept { return ioctl(sock.get(), int(code), &block) >= 0; }
+    bool issue(unsigned code) noexcept { return ioctl(sock.get(), code, &block) >= 0; }
 
     unique_fd sock;
     Block block{};

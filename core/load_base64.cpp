@@ -53,7 +53,7 @@ extern "C" char *load_file_base64(FILE *stream)
             return nullptr;
         }
         base64rfc_encode(out, chunk, n);
-        out += chunk_size / 3 * 4;
+        out += size_t{chunk_size} / 3 * 4;
         left -= n;
     }
     return text.release();
