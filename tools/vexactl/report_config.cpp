@@ -100,10 +100,9 @@ section radios(const report_source &from)
         {"device", "Radio"},
         {"enabled", "State", kind::on_off},
         {"standard", "Standard"},
-        {"channel", "Channel", kind::number},
+        {"channel", "Chan", kind::number},
         {"power_dbm", "Power", kind::number},
         {"gain_dbi", "Gain", kind::number},
-        {"dfs", "DFS"},
         {"country", "Country"},
         {"comment", "Comment", kind::text, true},
     };

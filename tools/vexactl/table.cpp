@@ -11,17 +11,17 @@ namespace {
 constexpr size_t gap = 2;
 constexpr size_t least_width = 8; // a column that gives way keeps this much
 
-// the column to take from: the widest of those that wrap, else the widest at all
-size_t widest(const std::vector<table_column> &columns, const std::vector<size_t> &widths)
+// the width to take from: the greatest of those that wrap, else of all; nullptr when none can give way
+size_t *greatest(const std::vector<table_column> &columns, std::vector<size_t> &widths)
 {
-    size_t best = 0;
-    for (size_t i = 1; i < widths.size(); i++) {
-        const bool prefer = columns[i].wraps && (!columns[best].wraps || widths[best] <= least_width);
-        const bool same_kind = columns[i].wraps == columns[best].wraps;
-        if (prefer || (same_kind && widths[i] > widths[best]))
-            best = i;
+    size_t *best = nullptr, *best_wrapping = nullptr;
+    for (size_t i = 0; i < widths.size(); i++) {
+        if (widths[i] > least_width && (!best || widths[i] > *best))
+            best = &widths[i];
+        if (widths[i] > least_width && columns[i].wraps && (!best_wrapping || widths[i] > *best_wrapping))
+            best_wrapping = &widths[i];
     }
-    return best;
+    return best_wrapping ? best_wrapping : best;
 }
 
 void pad(std::string &line, size_t columns)
@@ -39,14 +39,14 @@ std::vector<size_t> table::fitted_widths(size_t indent) const
     for (const auto &cells : rows_)
         for (size_t i = 0; i < cells.size(); i++)
             widths[i] = std::max(widths[i], width(cells[i].text));
+    for (size_t &w : widths)
+        w = std::min(w, page_width);
     size_t total = std::accumulate(widths.begin(), widths.end(), indent + gap * (widths.size() - 1));
-    while (total > page_width) {
-        size_t &w = widths[widest(columns_, widths)];
-        if (w <= least_width)
+    for (; total > page_width; total--) { // one by one, so that long columns end up equal
+        size_t *w = greatest(columns_, widths);
+        if (!w)
             break;
-        const size_t less = std::min(total - page_width, w - least_width);
-        w -= less;
-        total -= less;
+        --*w;
     }
     return widths;
 }

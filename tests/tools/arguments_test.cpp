@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+#include "tests/tools/vexactl.h"
+
+TEST(command_line, what_is_wrong_is_told_in_one_line)
+{
+    const struct {
+        const char *why;
+        std::vector<std::string> arguments;
+        const char *line;
+    } rows[] = {
+        {"nothing", {}, "no command given; see vexactl --help"},
+        {"half a command", {"lock"}, "lock: which one? status; see vexactl --help"},
+        {"two letters swapped", {"confgi", "list"}, "no command 'confgi'; did you mean 'config'?; see vexactl --help"},
+        {"a typo in the second word",
+         {"config", "lst"},
+         "config: no command 'lst'; did you mean 'list'?; see vexactl --help"},
+        {"nothing is near", {"zzzzzz"}, "no command 'zzzzzz'; see vexactl --help"},
+        {"a typo in an option", {"report", "--jsno"}, "report: no option '--jsno'; did you mean '--json'?"},
+        {"an option of another command", {"uplink", "--default", "x"}, "uplink: no option '--default'"},
+        {"no such letter", {"report", "-vx"}, "no option '-x'"},
+        {"a word too few", {"config", "diff", "a"}, "config diff: NEW is missing"},
+        {"a word too many", {"config", "get", "a", "b"}, "config get: 'b' is one argument too many"},
+        {"a value is missing", {"config", "get", "a", "--default"}, "option --default wants a value (V)"},
+        {"a value that is not asked for", {"report", "--json=yes"}, "option --json takes no value"},
+        {"none of the choices",
+         {"report", "--color", "alwyas"},
+         "option --color: 'alwyas' is none of auto, always, never; did you mean 'always'?"},
+        {"control characters stay visible", {"\033[2J"}, "no command '\\x1b[2J'; see vexactl --help"},
+        {"a postfix is checked",
+         {"config", "section", "radio.", "--postfix", "mode"},
+         "config section: a postfix begins with '.': 'mode'"},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.why);
+        const finished done = vexactl(row.arguments);
+        EXPECT_EQ(done.status, 2);
+        EXPECT_EQ(done.out, "");
+        EXPECT_EQ(done.err, std::string{"vexactl: "} + row.line + "\n");
+    }
+}
+
+TEST(command_line, options_stand_anywhere_until_they_are_ended)
+{
+    the_device.put("/tmp/a.cfg", "--json=yes\n");
+    for (const std::vector<std::string> &arguments :
+         {std::vector<std::string>{"--file", "/tmp/a.cfg", "config", "get", "--", "--json"},
+          {"config", "--file=/tmp/none.cfg", "get", "--file=/tmp/a.cfg", "--", "--json"}}) {
+        const finished done = vexactl(arguments);
+        EXPECT_EQ(done.out, "yes\n") << done.err;
+    }
+}
+
+TEST(command_line, errors_are_json_when_json_is_asked_for)
+{
+    for (const char *line : {"config get no.such.key --json", "--json nonsense", "config list --format json --oops",
+                             "config list --json --file /nonexistent"}) {
+        SCOPED_TRACE(line);
+        const finished done = shell("$VEXACTL " + std::string{line});
+        const json_document error = json_of(done.err);
+        EXPECT_NE(member_text(error.get(), "error"), "(none)");
+        EXPECT_EQ(json_integer_value(json_object_get(error.get(), "status")), done.status);
+        EXPECT_EQ(lines_of(done.err).size(), 1u);
+        EXPECT_EQ(done.out, "");
+    }
+}
+
+// the verbs that completion offers, which come from the same table as help
+TEST(help, every_command_has_one_line_and_an_example_that_its_table_row_accepts)
+{
+    size_t commands = 0;
+    for (const std::string &first : lines_of(vexactl({"complete", "--", ""}).out)) {
+        std::vector<std::string> names{first};
+        const bool alone = vexactl({first, "--help"}).out.rfind("usage: vexactl " + first + " COMMAND", 0) != 0;
+        if (!alone) {
+            names.clear();
+            for (const std::string &second : lines_of(vexactl({"complete", "--", first, ""}).out))
+                names.emplace_back(first).append(" " + second);
+        }
+        for (const std::string &name : names) {
+            SCOPED_TRACE(name);
+            const finished help = shell("$VEXACTL " + name + " --help");
+            EXPECT_EQ(help.status, 0);
+            const size_t example = help.out.find("Example:\n  vexactl " + name);
+            ASSERT_NE(example, help.out.npos) << help.out;
+            std::string line = lines_of(help.out.substr(example))[1];
+            line.replace(line.find("vexactl"), 7, "$VEXACTL --help");
+            EXPECT_EQ(shell(line.substr(0, line.find(" > "))).status, 0) << line;
+            EXPECT_NE(vexactl({"--help"}).out.find("\n  " + name), std::string::npos);
+            commands++;
+        }
+    }
+    EXPECT_GE(commands, 11u);
+}
+
+TEST(completion, offers_what_may_stand_there)
+{
+    the_device.put("/tmp/system.cfg", "radio.1.channel=6\nradio.2.channel=36\nradio.1.channel=7\nbad\nkey\tx\033=1\n");
+    const struct {
+        const char *why;
+        std::vector<std::string> words;
+        const char *offered;
+    } rows[] = {
+        {"a first word", {"con"}, "config\n"},
+        {"a second word", {"config", "d"}, "diff\n"},
+        {"keys as they are now, each once", {"config", "get", "radio."}, "radio.1.channel\nradio.2.channel\n"},
+        {"nothing that a shell would take apart", {"config", "get", "key"}, ""},
+        {"options of the command", {"config", "section", "radio.", "--p"}, "--postfix\n"},
+        {"the choices of an option", {"--format", ""}, "json\nkv\ntable\n"},
+        {"file names are left to the shell", {"config", "diff", ""}, ""},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.why);
+        std::vector<std::string> arguments{"complete", "--"};
+        arguments.insert(arguments.end(), row.words.begin(), row.words.end());
+        EXPECT_EQ(vexactl(arguments).out, row.offered);
+    }
+    const finished bash =
+        shell("vexactl() { $VEXACTL \"$@\"; }; eval \"$(vexactl completion bash)\";"
+              "COMP_WORDS=(vexactl config get radio.2); COMP_CWORD=3; _vexactl; echo ${COMPREPLY[@]}");
+    EXPECT_EQ(bash.out, "radio.2.channel\n") << bash.err;
+}
