@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/log.h"
 #include "core/owner.h"
+#include "core/paths.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -16,8 +17,8 @@ struct lock {
     int fd = -1; // while held
 };
 
-lock report{"/var/run/report", O_RDONLY | O_DIRECTORY};
-lock inform_profile{"/var/run/inform-profile.lock", O_RDWR | O_CREAT};
+lock report{path_report_lock, O_RDONLY | O_DIRECTORY};
+lock inform_profile{path_inform_profile_lock, O_RDWR | O_CREAT};
 
 void sleep_a_second()
 {

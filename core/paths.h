@@ -7,3 +7,5 @@ inline constexpr char path_log_messages[] = "/var/log/messages";
 inline constexpr char path_kmsg[] = "/dev/kmsg";
 inline constexpr char path_urandom[] = "/dev/urandom";
 inline constexpr char path_system_cfg[] = "/tmp/system.cfg";
+inline constexpr char path_report_lock[] = "/var/run/report";
+inline constexpr char path_inform_profile_lock[] = "/var/run/inform-profile.lock";

@@ -17,7 +17,8 @@ TEST(buffer, joins_text_and_bytes_and_grows_by_what_is_asked)
     EXPECT_EQ(unread(b), "abc");
     EXPECT_EQ(b->read(b.get(), nullptr, 10), 3);
     const std::string text(5000, 'x');
-    EXPECT_EQ(b->write(b.get(), text.data(), 5000), 5000) << "from the front of the drained storage";
+    EXPECT_EQ(b->write(b.get(), text.data(), 5000), 5000);
+    EXPECT_EQ(b->head(b.get()), b->state->data) << "the drained storage starts anew";
     EXPECT_EQ(b->cap(b.get()), 12288U);
     b->write(b.get(), b->head(b.get()), 5000);
     b->printf(b.get(), "%s", static_cast<char *>(b->head(b.get())));
