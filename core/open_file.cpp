@@ -13,7 +13,12 @@ unique_file stream_of(unique_fd fd, const char *mode)
 
 unique_file open_reader(const char *path, int dirfd)
 {
-    return stream_of(unique_fd{openat(dirfd, path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)}, "r");
+    return stream_of(open_descriptor(path, dirfd), "r");
+}
+
+unique_fd open_descriptor(const char *path, int dirfd)
+{
+    return unique_fd{openat(dirfd, path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)};
 }
 
 bool close_written(unique_file file)

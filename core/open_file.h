@@ -8,6 +8,9 @@
 // Opens a state file to read. Nothing is waited for: a FIFO in its place reads as empty, a terminal is not taken over.
 unique_file open_reader(const char *path, int dirfd = AT_FDCWD);
 
+// The same without a stream, for what is read in pieces of a chosen size.
+unique_fd open_descriptor(const char *path, int dirfd = AT_FDCWD);
+
 // Takes over a descriptor, which is closed when there is no stream.
 unique_file stream_of(unique_fd fd, const char *mode);
 

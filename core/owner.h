@@ -49,11 +49,16 @@ struct drop_json {
     void operator()(json_t *j) const noexcept { json_decref(j); }
 };
 
+struct destroy_buffer {
+    void operator()(buffer *b) const noexcept { buffer_destroy(b); }
+};
+
 using unique_file = std::unique_ptr<FILE, close_file>;
 using unique_dir = std::unique_ptr<DIR, close_dir>;
 template <typename T>
 using unique_malloc = std::unique_ptr<T, free_memory>; // release() may cross the C boundary
 using unique_text = unique_malloc<char>;
+using unique_buffer = std::unique_ptr<buffer, destroy_buffer>;
 using json_ref = std::unique_ptr<json_t, drop_json>; // exactly one reference
 
 class unique_fd {
