@@ -842,7 +842,95 @@ VEXA_API const char *get_key_element(const char *key, unsigned n);
 
 /* ------------------------------------------------------------------------------------------------------------------
  * Bridges, forwarding entries and hardware addresses
+ *
+ * The kernel's bridges by their files below "/sys/class/net". No state, no log lines; fdb_foreach() and
+ * fdb_delneigh() tell of failures on standard error.
  */
+
+/** A device on the bus. The two subsystem fields are byte-swapped: what the bus calls 0x3009 reads as 0x0930. */
+typedef struct pci_dev {
+    uint8_t bus;
+    uint8_t slot;
+    uint8_t function;
+    uint16_t vendor_id;
+    uint16_t device_id;
+    uint16_t subsystem_id;
+    uint16_t subsystem_vendor_id;
+    uint8_t revision;
+    uint32_t irq;
+} pci_dev;
+
+/**
+ * get_mac_brinfo() - where and when a bridge saw a hardware address last.
+ * @mac: "XX:XX:XX:XX:XX:XX", without case.
+ * @age_seconds: since then.
+ * @port: number of the port, its low byte.
+ *
+ * Reads:   "brforward" of the bridge, records of 16 bytes.
+ * Returns: 1; 0, with nothing written, when the bridge does not know it.
+ */
+VEXA_API int get_mac_brinfo(const char *bridge, const char *mac, unsigned *age_seconds, unsigned *port);
+
+/** get_br_port_state() - spanning tree state of a port: 0 disabled, 1 listening, 2 learning, 3 forwarding, 4
+ *  blocking; -1 when it cannot be read. */
+VEXA_API int get_br_port_state(const char *bridge, const char *ifname);
+
+/** is_brif_disabled() - 1 when the state is below 1, that is also when it cannot be read. */
+VEXA_API int is_brif_disabled(const char *bridge, const char *ifname);
+
+/** is_brif_forwarding() - 1 when the state is 3. */
+VEXA_API int is_brif_forwarding(const char *bridge, const char *ifname);
+
+/** get_ifname_from_br_portno() - interface name of a bridge port.
+ *  @ifname: 16 bytes. Returns 1; 0, with nothing written, when there is no such port. */
+VEXA_API int get_ifname_from_br_portno(const char *bridge, unsigned port_no, char *ifname);
+
+/**
+ * fdb_foreach() - visit the forwarding entries of bridges.
+ * @bridge_prefix: takes the bridge of that name and those that go on with "."; NULL takes all.
+ * @exclude: port names, ended by NULL, that are left out, and with each those that go on with "."; NULL for none.
+ * @callback: gets @arg, a record, and the name of the last port that was looked at (not that of the record).
+ *
+ * Reads:   "brforward" in records of 24 bytes, of which byte 6 is the port number. Only 16 ports of a bridge count,
+ *          with a warning on standard error when the sixteenth is reached.
+ * Returns: 0; -1 when the interfaces cannot be listed.
+ */
+VEXA_API int fdb_foreach(const char *bridge_prefix, const char **exclude,
+                         void (*callback)(void *arg, const uint8_t *record, const char *name), void *arg);
+
+/** fdb_delneigh() - ask the kernel to forget a learned address of a bridge port; whether it knew it is not told.
+ *  Returns 0 or a negated errno. */
+VEXA_API int fdb_delneigh(const uint8_t mac[6], const char *ifname);
+
+/** devhwaddr_get_iface() - hardware address of an interface. Returns 0; -ECHILD when the kernel does not tell; -1
+ *  without a socket. */
+VEXA_API int devhwaddr_get_iface(uint8_t mac[6], const char *ifname);
+
+/** devhwaddr_get() - hardware address of the device: of "eth0", else "eth0_real", else "br0". Returns 0; 1 when there
+ *  is none. */
+VEXA_API int devhwaddr_get(uint8_t mac[6]);
+
+/** devhwaddr_generate() - an address for a device that has none: VEXA_OUI, DE, AD, @last. Returns 0. */
+VEXA_API int devhwaddr_generate(uint8_t mac[6], uint8_t last);
+
+/**
+ * vexa_read_eeprom() - the factory data.
+ *
+ * Reads:   the first 65536 bytes, in one read, of the partition that "/proc/mtd" names "EEPROM" (without case):
+ *          "/dev/mtd<n>", else "/dev/mtd/<n>". Without such a partition, the file "EEPROM" of the current directory.
+ * Returns: a new buffer for buffer_destroy(); NULL when there are less than 65536 bytes or memory runs out.
+ */
+VEXA_API buffer *vexa_read_eeprom(void);
+
+/**
+ * pci_detect() - the devices of a vendor on the bus.
+ * @max: records at @out.
+ *
+ * Reads:   "/proc/bus/pci/devices", and for revision and subsystem "/proc/bus/pci/<bus>/<slot>.<function>"; they are 0
+ *          when that is too short.
+ * Returns: records written; -1 when the list cannot be opened.
+ */
+VEXA_API int pci_detect(pci_dev *out, int max, uint16_t vendor);
 
 /* ------------------------------------------------------------------------------------------------------------------
  * Processes, descriptors and sockets
