@@ -830,7 +830,233 @@ VEXA_API const char *get_key_element(const char *key, unsigned n);
 
 /* ------------------------------------------------------------------------------------------------------------------
  * Board
+ *
+ * What the hardware is. Two pieces of process-wide state, never freed: the record that board_identify() answers with
+ * and the heap copy that get_board() fills. Identify once before threads start. Firmware versions are packed as
+ * 0x00MMmmpp. Nothing here logs.
  */
+
+/** The maker's prefix of hardware addresses, 02:56:58; prefixes are numbers 0x00AABBCC for AA:BB:CC. */
+#define VEXA_OUI 0x00025658u
+
+/** The vendor id of the family's boards. */
+#define VEXA_VENDOR_ID 0x0777u
+
+/** min_fw_version of a board that runs beta firmware, 9.9.9. */
+#define VEXA_BETA_FIRMWARE 0x00090909u
+
+/** The version that ends a firmware table. */
+#define VEXA_LAST_FIRMWARE 0x00ffffffu
+
+/** board_port.flags: the port feeds another device. */
+#define VEXA_PORT_POE_OUT 0x40u
+
+/** One Ethernet port. */
+typedef struct board_port {
+    uint8_t phy_idx;
+    uint8_t port_id; /* of the switch, or the number of the interface */
+    uint8_t poe_in;  /* 1: the port that the device may be powered by */
+    uint8_t flags;   /* VEXA_PORT_POE_OUT */
+    uint8_t reserved[4];
+    const char *label; /* "Main", "PoE In + Data", "PoE Out + Data" or "Data" */
+} board_port;
+
+/** Ethernet ports that belong together: those of one switch, or one alone. */
+typedef struct board_port_group {
+    uint8_t port_count;
+    board_port ports[56];
+} board_port_group;
+
+/** One radio. */
+typedef struct board_radio {
+    const char *chip;   /* "MT7915" */
+    const char *ifname; /* "ra0", the second "rai0" */
+    uint32_t chip_family;
+    uint16_t bus_vendor_id;
+    uint16_t bus_device_id;
+    uint16_t subsystem_id; /* the board's system id */
+    uint16_t subsystem_vendor_id;
+    uint8_t tx_chains;
+    uint8_t rx_chains;
+    uint8_t bands; /* 1: 2.4 GHz, 2: 5 GHz */
+    uint8_t flags; /* 1: 802.11n, 2: 802.11ac, 4: 802.11ax */
+} board_radio;
+
+/** One model; the heap copy also tells what is particular to this device. */
+typedef struct board {
+    char name[64];     /* for display */
+    char platform[24]; /* key of corvo_identify_platform() */
+    uint32_t board_class;
+    uint32_t processor;    /* id register, or number of the chip */
+    uint8_t cpu_mac[6];    /* of this device */
+    uint16_t constants[2]; /* of the model */
+    uint8_t eth_group_count;
+    board_port_group eth_groups[9];
+    uint8_t radio_count;
+    board_radio radios[4];
+    uint16_t system_id; /* 0: the fallback record */
+    uint32_t feature_mask;
+    uint16_t poe_budget;     /* watts for ports that feed others */
+    uint16_t poe_reserved;   /* watts of it that the device keeps */
+    uint32_t min_fw_version; /* or VEXA_BETA_FIRMWARE */
+    int32_t hw_rev;          /* of this device */
+    const char *mcu_image;   /* firmware image of the microcontroller, "" for none */
+} board;
+
+/** Name and code of a system id, also of models without a board record. */
+struct device {
+    char name[32];
+    char code[18];
+    uint16_t system_id;
+};
+
+/** Board revisions (first to last) that need at least a firmware. */
+typedef struct fw_boardrev {
+    uint32_t fw_version;
+    int32_t first;
+    int32_t last;
+} fw_boardrev;
+
+/** Key of a part (flash vendor, BOM revision, flash JEDEC id) that needs at least a firmware. */
+typedef struct fw_part {
+    uint32_t fw_version;
+    uint32_t key;
+} fw_part;
+
+/** Hardware address prefixes that go with a firmware and those after it. */
+typedef struct fw_oui {
+    uint32_t fw_version;
+    const uint32_t *ouis; /* ends with 0; NULL in the last row */
+} fw_oui;
+
+/* Which firmware a piece of hardware needs, for tools that upgrade; each table ends with a row of
+ * VEXA_LAST_FIRMWARE. */
+VEXA_API extern const fw_boardrev g_fw_boardrev_table_a[3];
+VEXA_API extern const fw_boardrev g_fw_boardrev_table_b[3];
+VEXA_API extern const fw_boardrev g_fw_boardrev_table_c[3];
+VEXA_API extern const fw_part g_fw_flashvd_table_a[3];
+VEXA_API extern const fw_part g_fw_bomrev_table_a[3];
+VEXA_API extern const fw_part g_fw_flashjedec_table_a[3];
+VEXA_API extern const fw_oui g_fw_oui_table[4];
+
+/**
+ * board_identify() - the board of this device; the answer is kept.
+ *
+ * Reads:   as get_board() does. Where that has no answer, the fallback record "Unknown" with system id 0, and a radio
+ *          for each of the first four devices that pci_detect() finds of vendor 0x168c.
+ * Returns: borrowed from the library for ever; never NULL.
+ */
+VEXA_API const board *board_identify(void);
+
+/** update_cached_board() - replace what board_identify() answers; NULL makes the next call identify again, starting
+ *  with corvo_identify(). */
+VEXA_API void update_cached_board(const board *b);
+
+/**
+ * board_identify_ids() - vendor and system id of this device.
+ *
+ * Reads:   lines "vendorid=<hex>" and "systemid=<hex>" of "/proc/vexahal/system.info"; the low 16 bits of the last of
+ *          each kind. An id without a line stays untouched.
+ * Returns: 0; -1 when a line is missing; -ENOENT when the file cannot be opened.
+ */
+VEXA_API int board_identify_ids(uint16_t *vendor_id, uint16_t *system_id);
+
+/**
+ * get_board() - identify anew, into the heap copy.
+ *
+ * Reads:   board_identify_ids(); when the vendor is VEXA_VENDOR_ID, the record of that system id. A foreign vendor or
+ *          unknown id leaves the copy as it is. Then what is particular to this device: cpu_mac and hw_rev of the
+ *          identity block at the start of vexa_read_eeprom() (docs/eeprom.md); where it has no address,
+ *          "eth0.macaddr" of "/proc/vexahal/system.info".
+ * Returns: borrowed heap copy, at the same address each time; NULL when there is none yet.
+ */
+VEXA_API board *get_board(void);
+
+/** corvo_identify() - the heap copy; get_board() while there is none. */
+VEXA_API board *corvo_identify(void);
+
+/** corvo_get_board() - the model record of a system id, borrowed; NULL for others. */
+VEXA_API const board *corvo_get_board(uint16_t system_id);
+
+/** corvo_identify_platform() - the model record whose platform is the text, borrowed; NULL when there is none. */
+VEXA_API const board *corvo_identify_platform(const char *platform);
+
+/** board_identify_platform() - the same as corvo_identify_platform(). */
+VEXA_API const board *board_identify_platform(const char *platform);
+
+/** corvo_get_device() - name and code of a system id, borrowed; NULL for others. */
+VEXA_API const struct device *corvo_get_device(uint16_t system_id);
+
+/** device_identify_by_sysid() - the same as corvo_get_device(); NULL for 0. */
+VEXA_API const struct device *device_identify_by_sysid(uint16_t system_id);
+
+/** map_board_name() - display name of a record, borrowed: that of a legacy model when its system id and the subsystem
+ *  id of its first radio say so. */
+VEXA_API const char *map_board_name(const board *b);
+
+/** arch_name_to_type() - code of a legacy processor: "ar2313" 0, "ar2316" 1, "ar7100" 2, "ar7240" 3, "ar933x" 4,
+ *  without case; any other text, or a @len that is not 6, gives 43. */
+VEXA_API int arch_name_to_type(const char *name, size_t len);
+
+/** corvo_get_bomrev() - "bomrev=<hex>" of "/proc/vexahal/board"; 0 without such a line, 0xffffffff without the
+ *  file. */
+VEXA_API uint32_t corvo_get_bomrev(void);
+
+/** corvo_get_hw_board_id() - corvo_get_bomrev() with its low 8 bits cleared. */
+VEXA_API uint32_t corvo_get_hw_board_id(void);
+
+/** corvo_board_has_qrcode() - 1 when the identity block of vexa_read_eeprom() holds a QR-code text. */
+VEXA_API int corvo_board_has_qrcode(void);
+
+/* Questions about the record that board_identify() gives. */
+
+/** board_get_poe_budget() - watts for the ports that feed others: poe_budget less poe_reserved, at least 0. */
+VEXA_API int board_get_poe_budget(void);
+
+/** board_has_poe() - 1 when board_get_poe_budget() is not 0. */
+VEXA_API int board_has_poe(void);
+
+/** board_get_cpu_mac() - the CPU's hardware address. Returns 0; -1 when @mac is NULL. */
+VEXA_API int board_get_cpu_mac(uint8_t mac[6]);
+
+/** get_radio_dev_name() - interface name of a radio, borrowed; "" when there is no such radio. */
+VEXA_API const char *get_radio_dev_name(int radio_index);
+
+/** get_main_phy() - the main port, borrowed: of the first group that has one, its only port or the first that is
+ *  labelled "Main" or "PoE In + Data". NULL when there is none. */
+VEXA_API const board_port *get_main_phy(void);
+
+/** get_main_phy_port_id() - port_id of the main port; -1 when there is none. */
+VEXA_API int get_main_phy_port_id(void);
+
+/** get_main_phy_idx() - phy_idx of the main port; -1 when there is none. */
+VEXA_API int get_main_phy_idx(void);
+
+/** get_phy_port_id_by_idx() - port_id of the first port with a phy_idx; -1 when there is none. */
+VEXA_API int get_phy_port_id_by_idx(int phy_idx);
+
+/** get_num_of_eth_ports() - ports of all groups. */
+VEXA_API int get_num_of_eth_ports(void);
+
+/** has_accelerometer() - 1 when "/sys/bus/i2c/devices/1-0018/iio:device0/" can be opened. */
+VEXA_API int has_accelerometer(void);
+
+/**
+ * prepare_accelerometer_status() - acceleration as {"x": n, "y": n, "z": n}, raw; 0 for an axis that cannot be read.
+ *
+ * Writes:  "50" to "sampling_frequency" of the accelerometer first.
+ * Returns: a new reference; NULL when memory runs out.
+ */
+VEXA_API json_t *prepare_accelerometer_status(void);
+
+/** corvo_board_is_beta_firmware() - 1 when min_fw_version is VEXA_BETA_FIRMWARE; 0 for NULL. */
+VEXA_API int corvo_board_is_beta_firmware(const board *b);
+
+/** zel_is_supported_by_old_wifi() - 1 when the old Wi-Fi stack drives the model; 0 for NULL. */
+VEXA_API int zel_is_supported_by_old_wifi(const board *b);
+
+/** zel_is_supported_ble_fast_adopt() - 1 when the model can be adopted over Bluetooth; 0 for NULL. */
+VEXA_API int zel_is_supported_ble_fast_adopt(const board *b);
 
 /* ------------------------------------------------------------------------------------------------------------------
  * Model predicates
