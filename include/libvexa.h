@@ -1060,7 +1060,49 @@ VEXA_API int zel_is_supported_ble_fast_adopt(const board *b);
 
 /* ------------------------------------------------------------------------------------------------------------------
  * Model predicates
+ *
+ * Questions about the system id of the record that board_identify() gives; all 0 on the fallback record. Nobody else
+ * compares system ids.
  */
+
+/** is_gen1() - 1 on the first hardware generation. */
+VEXA_API int is_gen1(void);
+/** is_gen2() - 1 on the second hardware generation. */
+VEXA_API int is_gen2(void);
+/** is_gen3_HB() - 1 on the third generation with two 5 GHz radios. */
+VEXA_API int is_gen3_HB(void);
+/** is_single_5ghz_gen3() - 1 on the third generation with one 5 GHz radio. */
+VEXA_API int is_single_5ghz_gen3(void);
+/** is_gen3() - 1 on the third generation. */
+VEXA_API int is_gen3(void);
+/** is_zel5() - 1 on the fifth generation. */
+VEXA_API int is_zel5(void);
+/** is_zel6() - 1 on the sixth generation. */
+VEXA_API int is_zel6(void);
+/** is_zel6_enterprise() - 1 on the enterprise models of the sixth generation. */
+VEXA_API int is_zel6_enterprise(void);
+/** is_zel6_tamar_iw() - 1 on the in-wall models of the sixth generation. */
+VEXA_API int is_zel6_tamar_iw(void);
+/** is_zel6_lr_aqr112c() - 1 on the long-range model 0xa620 with the first Ethernet transceiver: hw_rev below 21, or
+ *  22. */
+VEXA_API int is_zel6_lr_aqr112c(void);
+/** is_zelac_iw() - 1 on the in-wall models of the second generation. */
+VEXA_API int is_zelac_iw(void);
+/** is_qca_ap() - 1 on the second, third and sixth generation. */
+VEXA_API int is_qca_ap(void);
+/** is_wifi_only() - 1 on models without a wired uplink. */
+VEXA_API int is_wifi_only(void);
+/** is_force_detect_loop() - 1 on models that must always look for loops. */
+VEXA_API int is_force_detect_loop(void);
+/** is_qm() - 1 on the mesh router 0xa667. */
+VEXA_API int is_qm(void);
+/** is_router_to_mesh() - 1 on 0xa674, and on is_qm() while "/etc/meshmode.conf" exists (looked at each time). */
+VEXA_API int is_router_to_mesh(void);
+/** is_qm_setup_complete() - 1 when "mgmt.is_setup_completed" of "/etc/persistent/cfg/mgmt" is anything but "false",
+ *  its default. Does not look at the board. */
+VEXA_API int is_qm_setup_complete(void);
+/** is_wul_supported() - always 1. */
+VEXA_API int is_wul_supported(void);
 
 /* ------------------------------------------------------------------------------------------------------------------
  * System status and services
