@@ -1106,7 +1106,196 @@ VEXA_API int is_wul_supported(void);
 
 /* ------------------------------------------------------------------------------------------------------------------
  * System status and services
+ *
+ * Independent questions; what other daemons publish is read from "/var/run" and "/proc" each time. The texts of
+ * get_version(), get_main_mac_str() and get_default_gw_interface() are process-wide; the next call overwrites them.
+ * Log tag "libvexa_status".
  */
+
+/** State of an interface and of the services. */
+typedef struct dev_status {
+    char ifname[16];
+    uint8_t hwaddr[6];
+    uint32_t ip; /* network byte order */
+    uint32_t netmask;
+    char ip_str[18]; /* dotted */
+    char netmask_str[18];
+    int present;    /* 1: the kernel counts for it */
+    uint16_t flags; /* IFF_UP and others */
+    uint64_t rx_bytes;
+    uint64_t rx_packets;
+    uint64_t rx_errors;
+    uint64_t rx_dropped;
+    uint64_t rx_multicast;
+    uint64_t tx_bytes;
+    uint64_t tx_packets;
+    uint64_t tx_errors;
+    uint64_t tx_dropped;
+    uint32_t speed;  /* Mbit/s; 0 when the driver does not tell */
+    uint32_t duplex; /* 0 half, 1 full; 255 when the driver does not tell */
+    uint32_t speed2;
+    uint32_t duplex2;
+    int dhcpc; /* services, by fill_services() */
+    int dhcpd;
+    int ppp;
+    int iptables;
+    int ebtables;
+} dev_status;
+
+/**
+ * fill_dev_status() - what the kernel knows about an interface.
+ * @ifname: NULL as well as an unknown name gives what there is without one.
+ * @st: zero it first: hwaddr, flags and counters stay untouched where the kernel does not answer, and the services in
+ *      any case.
+ *
+ * Reads:   "/proc/net/dev", interface requests, and the driver's link settings, twice: a first speed of 10 gives way
+ *          to another second one, a first half duplex to a second full one.
+ * Returns: 0, also for an unknown name; -1 when the file cannot be opened, -ENOENT when it lacks its two lines of
+ *          heading, -ESRCH without a socket.
+ */
+VEXA_API int fill_dev_status(const char *ifname, dev_status *st);
+
+/**
+ * fill_services() - set the five service flags and nothing else.
+ *
+ * Reads:   "/tmp/system.cfg", unless it is a regular file of mode 0777: "dhcpc", "dhcpd" and "ppp" are on when both
+ *          "<name>.status" and "<name>.1.status" are "enabled", "iptables" and "ebtables" with "<name>.50.status".
+ * Returns: 0.
+ */
+VEXA_API int fill_services(dev_status *st);
+
+/** get_ethtool_link_status() - 1 when the link is up, 0 when it is down, -1 when the driver does not tell. */
+VEXA_API int get_ethtool_link_status(const char *ifname);
+
+/**
+ * replace_ifname() - rename "lan3" to "eth3", unless the name begins with @prefix and a number.
+ * @ifname: 16 bytes, rewritten in place; a text without a number, of more than 16 characters, or whose new name does
+ *          not fit stays.
+ */
+VEXA_API void replace_ifname(char *ifname, const char *prefix);
+
+/**
+ * get_version() - firmware version, "<first line of /usr/etc/.version>.<first line of /usr/etc/.build>", cut to 63
+ *                 characters; kept once it was found.
+ * @version: set to the text of the library, never NULL; "unknown.0" without the files.
+ *
+ * Returns: 0; -EINVAL when a file is empty, or the negated errno of reading it.
+ */
+VEXA_API int get_version(const char **version);
+
+/**
+ * system_is_xxx() - a switch that a file stands for.
+ * @def: result when the file cannot be read.
+ *
+ * Returns: 1 for any file that is there; below "/proc", 1 when its first line is "true" and 0 when it is another.
+ */
+VEXA_API int system_is_xxx(const char *path, int def);
+
+/** system_set_xxx() - set such a switch: writes "true" or "false" and a line feed; outside "/proc" a false value
+ *  removes the file. Returns 0 or -1. */
+VEXA_API int system_set_xxx(const char *path, int value);
+
+/** system_set_value() - write a text and a line feed. Returns 0 or -1. */
+VEXA_API int system_set_value(const char *path, const char *value);
+
+/** get_boardrevision() - the number behind "boardrevision=" in a file such as "/proc/vexahal/board"; 0 without such a
+ *  line, -1 when the file cannot be opened. */
+VEXA_API int get_boardrevision(const char *path);
+
+/** get_boardsn() - what stands behind "serialno=" in such a file, and a line feed. Returns 0; -1 when the file cannot
+ *  be opened or the text does not fit @size. */
+VEXA_API int get_boardsn(const char *path, char *out, int size);
+
+/** get_main_mac_str() - "eth0.macaddr" of "/proc/vexahal/system.info", else "wifi0.macaddr", else
+ *  "00:11:22:33:44:55". Returns a text of the library. */
+VEXA_API const char *get_main_mac_str(void);
+
+/** get_manufid() - the hexadecimal "manufid" of "/proc/vexahal/system.info", at most four digits; 0 without it. */
+VEXA_API long get_manufid(void);
+
+/**
+ * get_mac_by_ip() - the hardware address that the kernel knows for an IPv4 address.
+ * @ip: dotted; NULL takes the first neighbour there is.
+ * @size: bytes at @mac; the text is cut to fit (less than 18 is logged).
+ *
+ * Reads:   complete entries of "/proc/net/arp".
+ * Returns: 1; 0, with @mac untouched, when there is none.
+ */
+VEXA_API int get_mac_by_ip(const char *ip, char *mac, size_t size);
+
+/**
+ * get_gateway() - gateway of the default route that leads out of "br0".
+ * @ip_text: dotted; empty when it does not fit.
+ * @ip_bin: 4 bytes, network byte order.
+ * @len: bytes at @ip_text.
+ *
+ * Returns: 1; 0 when there is no such route; -1 when the kernel's routes cannot be read.
+ */
+VEXA_API int get_gateway(char *ip_text, void *ip_bin, unsigned len);
+
+/** get_gateway_mac() - get_mac_by_ip() of that gateway. Returns 1; 0 when either is not known. */
+VEXA_API int get_gateway_mac(char *mac, size_t size);
+
+/** add_ip_neigh_entry() - make the kernel know an IPv4 neighbour and look for its hardware address. Returns 0; -1 when
+ *  the text is no address or the kernel refuses. */
+VEXA_API int add_ip_neigh_entry(const char *ifname, const char *ip);
+
+/** interface_is_up() - 0 when the interface is up, -1 when it is not, is not there, or the kernel does not tell. */
+VEXA_API int interface_is_up(int ifindex);
+
+/** interface_get_ipaddress() - first IPv4 address and mask of an interface, in host byte order. Returns 0 or -1. */
+VEXA_API int interface_get_ipaddress(int ifindex, uint32_t *ip, uint32_t *mask);
+
+/** ip_belongs_to_subnet() - 1 when two addresses agree under a mask, all in the same byte order. */
+VEXA_API int ip_belongs_to_subnet(uint32_t ip, uint32_t net, uint32_t mask);
+
+/**
+ * wan_discover_possible() - whether a second interface may be used to discover an uplink.
+ * @ifindex_a: the interface in use.
+ * @ifindex_b: the other.
+ * @ip: host byte order.
+ *
+ * Returns: 0; -ENETDOWN when either is not up; -ENODEV when either has no address; -EADDRNOTAVAIL when @ip or the
+ *          address of the other lies in the subnet of the first.
+ */
+VEXA_API int wan_discover_possible(int ifindex_a, int ifindex_b, uint32_t ip);
+
+/** system_internet_status() - the digit in "/var/run/system.internet"; -1 without the file. */
+VEXA_API int system_internet_status(void);
+
+/** system_dhcp_status() - "/var/run/dhcpc.last_state" as a number: 1 "deconfig", 2 "leasefail", 3 "bound", 4 "renew",
+ *  else 0. */
+VEXA_API int system_dhcp_status(void);
+
+/** system_is_ssh() - 1 when "/proc/net/tcp" tells of a socket that listens on port 22 of any address. */
+VEXA_API int system_is_ssh(void);
+
+/** touch_file() - make a file where there is none, and set its mode. Returns 0; -1 on failure (logged). */
+VEXA_API int touch_file(const char *path, mode_t mode);
+
+/** get_default_gw_interface() - interface of the default route as the command "ip" tells, "br0" when it does not
+ *  (logged). The words of several routes stand in lines. Returns a text of the library. */
+VEXA_API const char *get_default_gw_interface(void);
+
+/** get_uptime_from_sysinfo() - seconds since the start; -1 on failure. */
+VEXA_API long get_uptime_from_sysinfo(void);
+
+/** get_uptime_from_file() - the whole seconds that a file like "/proc/uptime" begins with; -1 when there are none. */
+VEXA_API long get_uptime_from_file(const char *path);
+
+/** get_uptime_from_proc() - get_uptime_from_file() of "/proc/uptime". */
+VEXA_API long get_uptime_from_proc(void);
+
+/** uptime2str() - "1d1h1m1s", without the parts that are 0. Returns 0; -1 when the text was cut to fit @size. */
+VEXA_API int uptime2str(unsigned long seconds, char *out, size_t size);
+
+/** get_system_time() - local time as weekday, month, day, hour, minute, second, and year with a line feed. Returns 0;
+ *  -1, with empty fields, when it cannot be told. */
+VEXA_API int get_system_time(char fields[7][8]);
+
+/** get_system_time_str() - local time as "2026-05-17T08:30:00". Returns 0; -1 when it cannot be told or does not fit
+ *  @size. */
+VEXA_API int get_system_time_str(char *out, size_t size);
 
 /* ------------------------------------------------------------------------------------------------------------------
  * Bridges, forwarding entries and hardware addresses
