@@ -1407,7 +1407,50 @@ VEXA_API int pci_detect(pci_dev *out, int max, uint16_t vendor);
 
 /* ------------------------------------------------------------------------------------------------------------------
  * Environment and analytics settings
+ *
+ * Where the device reports to and what it may report. A key of the running configuration "/tmp/system.cfg" that is
+ * missing or empty is looked for in "/etc/persistent/cfg/mgmt".
  */
+
+/** The custom interval of the inform hook; 0 until init_custom_interval_inform_server() finds the hook enabled. */
+VEXA_API extern uint32_t inform_server_interval;
+
+/** 1 while the inform hook is enabled. */
+VEXA_API extern int32_t has_inform_server_bool;
+
+/**
+ * get_analytics_mode() - what may be reported: 0 nothing, 1 everything, 2 without names.
+ *
+ * Reads:   the booleans "system.analytics.status" and "system.analytics.anonymous". With the second: a true status
+ *          (the default) gives 1, or 2 for an anonymous one; a false one gives 0. Without it: a true status gives 1
+ *          and anything else 2, so that devices that never chose report without names.
+ */
+VEXA_API int get_analytics_mode(cfg_entry *cfg);
+
+/** get_analytics_coredump_mode() - the boolean "system.analytics.coredump"; 0 without it. */
+VEXA_API int get_analytics_coredump_mode(cfg_entry *cfg);
+
+/** get_trel_env() - "mgmt.trel.env": 2 for "dev" (development), 1 for "stage" (staging), else 0 (production). */
+VEXA_API int get_trel_env(void);
+
+/** get_trel_env_limit_prod() - get_trel_env(); but development instead of production for a build that is no release
+ *  (get_vexa_scm_reftype() is not 1), unless "mgmt.trel.env.force" begins with "1" or "enable". */
+VEXA_API int get_trel_env_limit_prod(void);
+
+/**
+ * init_custom_interval_inform_server() - take the interval over when "corvo.inform.hook.status" of "/tmp/system.cfg"
+ *                                        is "enabled".
+ *
+ * Writes:  the interval to "/proc/stat_interval" then.
+ * Returns: 0; -1 when it could not be written there.
+ */
+VEXA_API int init_custom_interval_inform_server(unsigned interval);
+
+/** get_custom_interval() - inform_server_interval. */
+VEXA_API unsigned get_custom_interval(void);
+
+/** has_qa_inform_server() - has_inform_server_bool. */
+VEXA_API int has_qa_inform_server(void);
 
 /* ------------------------------------------------------------------------------------------------------------------
  * Ciphers and hashes
