@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/tools/vexactl.h"
 
+#include <sys/stat.h>
+
 namespace {
 
 struct check_row {
@@ -120,6 +122,14 @@ TEST(config_check, finds_what_is_suspicious)
         EXPECT_EQ(checked(row.file, status), row.found);
         EXPECT_EQ(status, row.found.empty() ? 0 : 1);
     }
+}
+
+TEST(config, reads_what_is_no_plain_file_without_hanging)
+{
+    EXPECT_EQ(mkfifo("/tmp/nobody_writes", 0600), 0);
+    EXPECT_EQ(vexactl({"config", "list", "--file", "/tmp/nobody_writes"}).out, "");
+    EXPECT_EQ(shell("$VEXACTL config diff <(echo a=1) <(sleep 0.1; echo a=2)").out,
+              "   KEY  OLD  NEW\n~  a    1    2\n");
 }
 
 // Anything quadratic would take minutes.

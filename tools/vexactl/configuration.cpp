@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <fcntl.h>
 
 namespace {
 
@@ -13,11 +14,20 @@ std::string because(const char *path, int error)
     return "cannot read " + std::string{path} + ": " + strerror(error);
 }
 
+// A FIFO that nobody writes to reads as empty; one that somebody writes to is waited for.
+unique_stream open_to_read(const char *path)
+{
+    const int fd = open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (fd >= 0)
+        (void)fcntl(fd, F_SETFL, O_RDONLY);
+    return unique_stream{fd < 0 ? nullptr : fdopen(fd, "r")};
+}
+
 } // namespace
 
 std::string load(const char *path, unique_cfg &cfg)
 {
-    const unique_stream file{fopen(path, "re")};
+    const unique_stream file = open_to_read(path);
     if (!file)
         return because(path, errno);
     errno = 0;
@@ -27,7 +37,7 @@ std::string load(const char *path, unique_cfg &cfg)
 
 std::string load(const char *path, std::string &bytes)
 {
-    const unique_stream file{fopen(path, "re")};
+    const unique_stream file = open_to_read(path);
     if (!file)
         return because(path, errno);
     char piece[65536];

@@ -54,7 +54,7 @@ int run(const arguments &args, output &out)
 {
     set_verbosity(args.times("verbose"));
     if (args.has("help"))
-        return out.write(help_text(args));
+        return out.for_people() ? out.write(help_text(args)) : out.show({json_ref{help_document(args)}, {}});
     if (args.has("version"))
         return show_version(out);
     return args.command()->run(args, out);

@@ -40,18 +40,24 @@ int complete(const arguments &args, output &out)
     std::vector<const char *> words;
     for (size_t i = 0; i < args.count(); i++)
         words.push_back(args.operand(i));
+    answer found{json_ref{list()}, {}};
     std::string lines;
-    for (const std::string &name : candidates(words))
-        if (visible(name) == name) // a shell would take anything else apart
-            lines += name + "\n";
-    return out.write(lines);
+    for (const std::string &name : candidates(words)) {
+        if (visible(name) != name)
+            continue; // a shell would take it apart
+        append(found.document.get(), text(name));
+        lines += name + "\n";
+    }
+    return out.for_people() ? out.write(lines) : out.show(found);
 }
 
 int completion(const arguments &args, output &out)
 {
     for (const auto &s : scripts)
         if (strcmp(args.operand(0), s.shell) == 0)
-            return out.write(s.script);
+            return out.for_people()
+                       ? out.write(s.script)
+                       : out.show({json_ref{object({{"shell", text(s.shell)}, {"script", text(s.script)}})}, {}});
     return out.fail(status_usage, std::string{"completion: '"} + args.operand(0) + "' is none of bash, zsh, fish");
 }
 
