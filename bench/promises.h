@@ -81,8 +81,8 @@ inline void print_verdicts(const medians &measured, const std::vector<promise> &
 // meets all of them; options of the command line come last and win.
 inline void run_and_judge(int argc, char **argv, const std::vector<promise> &promises)
 {
-    std::string options[] = {"--benchmark_repetitions=9", "--benchmark_enable_random_interleaving=true",
-                             "--benchmark_min_time=0.05"};
+    std::string options[] = {"--benchmark_repetitions=31", "--benchmark_enable_random_interleaving=true",
+                             "--benchmark_min_time=0.01"};
     std::vector<char *> arguments{argv[0]};
     for (std::string &option : options)
         arguments.push_back(option.data());

@@ -1456,6 +1456,82 @@ VEXA_API int has_qa_inform_server(void);
  * Ciphers and hashes
  */
 
+/** Key schedules of AES (FIPS-197). Filled by rijndael_set_key() or rijndael_set_key_enc_only(); the caller clears it
+ *  before use and wipes it afterwards. */
+typedef struct rijndael_ctx {
+    int32_t enc_only; /* 1: only ek is there */
+    int32_t Nr;       /* rounds: 10, 12 or 14 */
+    uint32_t ek[60];  /* round keys of the cipher */
+    uint32_t dk[60];  /* round keys of the inverse cipher */
+} rijndael_ctx;
+
+/**
+ * rijndaelKeySetupEnc() - round keys of the cipher.
+ * @rk: room for 60 words; 4 * (rounds + 1) are written.
+ * @key: @bits / 8 bytes.
+ *
+ * Returns: rounds: 10, 12 or 14 for 128, 192 or 256 bits; 0 for another number, with @rk untouched.
+ */
+VEXA_API int rijndaelKeySetupEnc(uint32_t rk[60], const uint8_t *key, int bits);
+
+/** rijndaelKeySetupDec() - round keys of the inverse cipher: last round first, InvMixColumns applied to all but the
+ *  first and the last. Results as of rijndaelKeySetupEnc(). */
+VEXA_API int rijndaelKeySetupDec(uint32_t rk[60], const uint8_t *key, int bits);
+
+/** rijndaelEncrypt() - one block under the round keys of rijndaelKeySetupEnc(); @in may be @out. */
+VEXA_API void rijndaelEncrypt(const uint32_t rk[60], int rounds, const uint8_t in[16], uint8_t out[16]);
+
+/** rijndael_set_key_enc_only() - prepare @ctx for rijndael_encrypt(). Returns 0; -1 unless @bits is 128, 192 or 256,
+ *  with @ctx untouched. */
+VEXA_API int rijndael_set_key_enc_only(rijndael_ctx *ctx, const uint8_t *key, int bits);
+
+/** rijndael_set_key() - prepare @ctx for both directions. Results as of rijndael_set_key_enc_only(). */
+VEXA_API int rijndael_set_key(rijndael_ctx *ctx, const uint8_t *key, int bits);
+
+/** rijndael_encrypt() - one block; @src may be @dst. */
+VEXA_API void rijndael_encrypt(const rijndael_ctx *ctx, const uint8_t src[16], uint8_t dst[16]);
+
+/** rijndael_decrypt() - one block; @src may be @dst. Whether @ctx has the keys for it is not looked at. */
+VEXA_API void rijndael_decrypt(const rijndael_ctx *ctx, const uint8_t src[16], uint8_t dst[16]);
+
+/** aes_cbc_generate_iv() - gen_rand_bytes(@iv, @len), and its result. */
+VEXA_API int aes_cbc_generate_iv(uint8_t *iv, size_t len);
+
+/**
+ * aes_cbc_encrypt_128() - encrypt whole blocks in place with AES-128 in CBC mode; no padding is added.
+ * @key: 16 bytes; expanded on each call and wiped from the stack.
+ * @iv: 16 bytes, left as they are.
+ * @len: bytes; 0 is allowed.
+ *
+ * Returns: 0; -1 when @len is no multiple of 16, with @data untouched.
+ */
+VEXA_API int aes_cbc_encrypt_128(const uint8_t key[16], const uint8_t iv[16], uint8_t *data, size_t len);
+
+/** aes_cbc_decrypt_128() - the way back from aes_cbc_encrypt_128(); no padding is looked at. A @len of 0 is -1,
+ *  too. */
+VEXA_API int aes_cbc_decrypt_128(const uint8_t key[16], const uint8_t iv[16], uint8_t *data, size_t len);
+
+/** A SHA-256 (FIPS 180-4) under way. */
+typedef struct sha256_ctx {
+    uint32_t tot_len;   /* bytes compressed, a multiple of 64 */
+    uint32_t len;       /* bytes that wait in block */
+    uint8_t block[128]; /* the padding may need a second block */
+    uint32_t h[8];
+} sha256_ctx;
+
+/** sha256_init() - begin a message. */
+VEXA_API void sha256_init(sha256_ctx *ctx);
+
+/** sha256_update() - the next @len bytes of the message; pieces of any size give the same digest. */
+VEXA_API void sha256_update(sha256_ctx *ctx, const uint8_t *message, uint32_t len);
+
+/** sha256_final() - end the message. Its length counts modulo 2^29 bytes: the digests of longer ones are not those of
+ *  the standard. */
+VEXA_API void sha256_final(sha256_ctx *ctx, uint8_t digest[32]);
+
+/** sha256() - the digest of a message that is there as a whole. */
+VEXA_API void sha256(const uint8_t *message, uint32_t len, uint8_t digest[32]);
+
 /* ------------------------------------------------------------------------------------------------------------------
  * Encrypted envelope
  */
