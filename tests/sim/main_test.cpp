@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/device.h"
+#include "tests/support/program.h"
+
+#include <filesystem>
+#include <fstream>
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const runs_on no_device{the_machine}; // the tool makes its own
+
+constexpr int refused = 77;
+
+finished sh(const std::string &script)
+{
+    return run_program({"sh", "-c", script});
+}
+
+finished on_device(const std::string &script)
+{
+    return run_program({VEXA_SIM, "run", "--", "sh", "-c", script});
+}
+
+class vexa_sim : public testing::Test {
+    void SetUp() override
+    {
+        if (const finished trial = on_device("true"); trial.status == refused)
+            GTEST_SKIP() << trial.err;
+    }
+};
+
+class temporary_folder {
+public:
+    explicit temporary_folder(std::string name) : path_{mkdtemp(name.data())} {}
+    ~temporary_folder() { fs::remove_all(path_); }
+    const fs::path &path() const { return path_; }
+
+private:
+    fs::path path_;
+};
+
+} // namespace
+
+// Only what does no harm should it reach the machine after all.
+TEST_F(vexa_sim, changes_nothing_on_the_machine)
+{
+    const std::string interfaces = "ip -o link | cut -d: -f2; ip -o address | cut -d' ' -f7";
+    const std::string before = sh(interfaces).out;
+    const std::string mark = "vexa-sim-" + std::to_string(getpid());
+    const std::string folders =
+        "/etc /usr /usr/bin /usr/local /var /var/log /var/run /var/tmp /run /tmp /root /home /opt "
+        "/srv /dev /dev/shm " +
+        fs::current_path().string();
+    const temporary_folder victim{"/var/tmp/vexa-sim-XXXXXX"};
+    const std::string file = victim.path() / "file";
+    std::ofstream(file) << "kept";
+
+    const finished run =
+        on_device("for folder in " + folders + "; do echo x >$folder/" + mark +
+                  "; done 2>/dev/null\n" //
+                  "(echo x >" +
+                  file + "; rm -f " + file +
+                  ") 2>/dev/null\n"                           //
+                  "ip link add br-mark type bridge || exit\n" //
+                  "[ -f /dev/kmsg ] && for space in mnt net ipc uts; do readlink /proc/self/ns/$space; done");
+    EXPECT_EQ(sh(interfaces).out, before);
+    EXPECT_EQ(sh("cd / && for folder in " + folders + "; do ls $folder/" + mark + " && rm $folder/" + mark +
+                 "; done 2>/dev/null")
+                  .out,
+              "");
+    EXPECT_EQ(sh("cat " + file).out, "kept");
+    EXPECT_EQ(std::count(run.out.begin(), run.out.end(), '\n'), 4) << run.err;
+    for (const char *space : {"mnt", "net", "ipc", "uts"})
+        EXPECT_THAT(run.out, Not(HasSubstr(fs::read_symlink(std::string("/proc/self/ns/") + space).string())));
+}
+
+TEST_F(vexa_sim, ends_as_the_program_ends)
+{
+    const struct {
+        const char *why;
+        std::vector<std::string> arguments;
+        int status, lines;
+    } rows[] = {
+        {"status of the program", {"run", "--", "sh", "-c", "exit 3"}, 3, 0},
+        {"a signal", {"run", "sh", "-c", "kill -9 $$"}, 137, 0},
+        {"signals are passed on",
+         {"run", "sh", "-c", "trap 'exit 9' TERM; kill -TERM $PPID; while :; do :; done"},
+         9,
+         0},
+        {"not there", {"run", "--", "/no/such/program"}, 127, 1},
+        {"not a program", {"run", "--", "/etc/passwd"}, 126, 1},
+        {"no such device", {"run", "--device", "toaster", "--", "true"}, 2, 1},
+        {"no name", {"run", "--device"}, 2, 1},
+        {"no such option", {"run", "--fast", "true"}, 2, 1},
+        {"no program", {"run", "--"}, 2, 1},
+        {"no such verb", {"walk"}, 2, 1},
+        {"no verb", {}, 2, 1},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.why);
+        std::vector<std::string> arguments = row.arguments;
+        arguments.insert(arguments.begin(), VEXA_SIM);
+        const finished run = run_program(arguments);
+        EXPECT_EQ(run.status, row.status) << run.err;
+        EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), row.lines) << run.err;
+    }
+}
+
+TEST_F(vexa_sim, shows_a_device_to_children_and_their_children)
+{
+    EXPECT_THAT(on_device("sh -c 'cat /proc/vexahal/system.info; true'").out,
+                StartsWith("vendorid=0777\nsystemid=a620\n"));
+    EXPECT_EQ(run_program({VEXA_SIM, "run", "--keep-proc", "--", "sh", "-c", "ls -d /proc/1 /proc/vexahal"}).out,
+              "/proc/1\n");
+    EXPECT_EQ(run_program({VEXA_SIM, "run", "--device=empty", "ls", "/tmp", "/sys/class/net"}).out,
+              "/sys/class/net:\nlo\n\n/tmp:\n");
+    EXPECT_THAT(run_program({VEXA_SIM, "list"}).out, HasSubstr("\nempty  "));
+}
+
+TEST_F(vexa_sim, reaches_programs_and_devices_below_folders_that_a_device_covers)
+{
+    const temporary_folder clone{"/tmp/vexa-sim-XXXXXX"};
+    fs::create_directories(clone.path() / "device/root/var/run");
+    std::ofstream(clone.path() / "device/about") << "a device of one's own\n";
+    std::ofstream(clone.path() / "device/root/var/run/state") << "on\n";
+    std::ofstream(clone.path() / "program") << "#!/bin/sh\npwd\ncat /var/run/state\nls /tmp\n";
+    fs::permissions(clone.path() / "program", fs::perms::owner_all);
+    const finished run = sh("cd " + clone.path().string() + " && " VEXA_SIM " run --device ./device ./program");
+    EXPECT_EQ(run.out, clone.path().string() + "\non\n" + clone.path().filename().string() + "\n") << run.err;
+}
+
+TEST_F(vexa_sim, says_when_the_kernel_refuses)
+{
+    const finished run = sh("unshare -Ur sh -c 'echo 0 >/proc/sys/user/max_mnt_namespaces && " VEXA_SIM " run true'");
+    EXPECT_EQ(run.status, refused) << run.err;
+    EXPECT_THAT(run.err, StartsWith("vexa-sim: the kernel refuses private namespaces: "));
+}
+
+TEST_F(vexa_sim, serves_an_ordinary_user)
+{
+    const bool is_root = geteuid() == 0;
+    if (is_root && sh("setpriv --reuid 65534 --clear-groups test -x " VEXA_SIM).status != 0)
+        GTEST_SKIP() << "other users cannot reach " VEXA_SIM;
+    const std::string someone = is_root ? "setpriv --reuid 65534 --regid 65534 --clear-groups " : "";
+    EXPECT_EQ(sh(someone + VEXA_SIM " run sh -c 'id -u; ls /sys/class/net/br0/brif; echo x >/tmp/x && cat /tmp/x'").out,
+              "0\neth0\neth1\nx\n");
+}
