@@ -118,8 +118,8 @@ TEST_F(vexa_sim, shows_a_device_to_children_and_their_children)
                 StartsWith("vendorid=0777\nsystemid=a620\n"));
     EXPECT_EQ(run_program({VEXA_SIM, "run", "--keep-proc", "--", "sh", "-c", "ls -d /proc/1 /proc/vexahal"}).out,
               "/proc/1\n");
-    EXPECT_EQ(run_program({VEXA_SIM, "run", "--device=empty", "ls", "/tmp", "/sys/class/net"}).out,
-              "/sys/class/net:\nlo\n\n/tmp:\n");
+    EXPECT_EQ(run_program({VEXA_SIM, "run", "--device=empty", "ls", "/run", "/sys/class/net"}).out,
+              "/run:\n\n/sys/class/net:\nlo\n");
     EXPECT_THAT(run_program({VEXA_SIM, "list"}).out, HasSubstr("\nempty  "));
 }
 
