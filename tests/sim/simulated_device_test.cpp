@@ -41,7 +41,7 @@ TEST(simulated_device, runs_stand_ins_for_commands_of_the_firmware)
 
 TEST(simulated_device, restores_what_was_there_at_first)
 {
-    const std::string board = the_device.text("/proc/vexahal/board");
+    const std::string identity = the_device.text("/proc/vexahal/board");
     the_device.remove("/etc/passwd");
     the_device.remove("/proc/meminfo");
     the_device.remove("/proc/vexahal");
@@ -49,7 +49,7 @@ TEST(simulated_device, restores_what_was_there_at_first)
     the_device.put("/dev/kmsg", "lines");
     EXPECT_FALSE(the_device.exists("/etc/passwd") || the_device.exists("/proc/meminfo"));
     the_device.restore();
-    EXPECT_EQ(the_device.text("/proc/vexahal/board"), board);
+    EXPECT_EQ(the_device.text("/proc/vexahal/board"), identity);
     EXPECT_TRUE(the_device.exists("/etc/passwd") && the_device.exists("/proc/meminfo"));
     EXPECT_FALSE(the_device.exists("/tmp/folder"));
     EXPECT_EQ(the_device.text("/dev/kmsg"), "");
