@@ -25,6 +25,12 @@ constexpr unsigned char lower_case(char c)
     return static_cast<unsigned char>(c >= 'A' && c <= 'Z' ? c | 0x20 : c);
 }
 
+constexpr bool is_letter(char c)
+{
+    const unsigned char lower = lower_case(c);
+    return lower >= 'a' && lower <= 'z';
+}
+
 constexpr std::string_view trim_blanks(std::string_view text)
 {
     while (!text.empty() && is_blank(text.front()))

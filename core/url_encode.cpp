@@ -10,8 +10,7 @@ namespace {
 
 constexpr bool is_unreserved(char c)
 {
-    const unsigned char lower = lower_case(c);
-    return is_digit(c) || (lower >= 'a' && lower <= 'z') || c == '-' || c == '.' || c == '_' || c == '~';
+    return is_digit(c) || is_letter(c) || c == '-' || c == '.' || c == '_' || c == '~';
 }
 
 } // namespace

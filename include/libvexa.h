@@ -22,6 +22,8 @@
  *            far as libvexa_log_level lets them through. Logging keeps errno.
  */
 
+#include <netdb.h>
+#include <netinet/in.h>
 #include <stdarg.h>
 #include <stddef.h>
 #include <stdint.h>
@@ -650,7 +652,96 @@ VEXA_API void vexa_show_cpu_mask(pid_t pid);
 
 /* ------------------------------------------------------------------------------------------------------------------
  * URLs
+ *
+ * Reentrant; one thread at a time for each record. Log tag "libvexa".
  */
+
+#ifndef AI_PASSIVE
+/* <netdb.h> keeps it from a program in plain C11. */
+struct addrinfo {
+    int ai_flags;
+    int ai_family;
+    int ai_socktype;
+    int ai_protocol;
+    socklen_t ai_addrlen;
+    struct sockaddr *ai_addr;
+    char *ai_canonname;
+    struct addrinfo *ai_next;
+};
+#endif
+
+/** Room for the socket address of either family. */
+typedef union url_sockaddr {
+    struct sockaddr any;
+    struct sockaddr_in v4;
+    struct sockaddr_in6 v6;
+} url_sockaddr;
+
+/** The parts of a URL, each owned by the record; for url_destroy(). */
+typedef struct url {
+    char *normalized;      /* scheme, user information, host, port if not the scheme's own, path */
+    char *original;        /* what was given to url_parse() */
+    char *scheme;          /* lower case; "http" when the text has none */
+    char *userinfo;        /* before the "@"; NULL when there is none */
+    char *host;            /* without brackets */
+    uint16_t port;         /* host byte order; the scheme's own unless the text has another */
+    char *path;            /* from the first "/", "?" or ";" to the end; "/" when there is none */
+    int is_https;          /* 1 for "https" */
+    int is_ipv6;           /* 1 when the host is in brackets, or a number of no other kind */
+    struct addrinfo addr;  /* of url_resolve(): ai_addr points to @sockaddr, ai_next and ai_canonname are NULL */
+    url_sockaddr sockaddr; /* the address itself */
+} url;
+
+/**
+ * url_scheme2port() - the port of "http", "https", "stun", "ws" or "wss", without case.
+ * @port: written on success; NULL only asks whether the scheme is known.
+ *
+ * Returns: 0; -1 for any other scheme and for NULL.
+ */
+VEXA_API int url_scheme2port(const char *scheme, uint16_t *port);
+
+/**
+ * url_parse() - the parts of a text "[scheme://][user@]host[:port][path]".
+ * @text: 1 to 1024 bytes; blanks and control characters (bytes up to 0x20, 0x7f) are refused wherever they stand.
+ *
+ * A host with a "[" is an address up to the "]", a zone included; after it only ":" and a port may follow. Without
+ * brackets, a host with a letter beyond "f" is a name; one of other characters with a "." before any ":" is an IPv4
+ * address; both may have a port behind a ":". Every other host is taken whole as an IPv6 address. A port that is not 1
+ * to 5 digits from 1 to 65534 is passed over.
+ * Returns: a new record, not resolved, for url_destroy(); NULL when the scheme is none of url_scheme2port(), the host
+ * is empty or its brackets do not match, the text is refused, or memory runs out (this goes to the system log).
+ */
+VEXA_API url *url_parse(const char *text);
+
+/** url_destroy() - release a record; NULL is allowed. */
+VEXA_API void url_destroy(url *u);
+
+/** url_copy() - new record for url_destroy(), resolved if @u is; NULL when @u is or memory runs out. */
+VEXA_API url *url_copy(const url *u);
+
+/**
+ * url_replace() - release *@target, which may be NULL, and put a copy of @source in its place.
+ * @source: may be *@target itself; NULL leaves NULL in *@target.
+ *
+ * Returns: the new *@target; NULL when memory runs out, and then *@target is as it was.
+ */
+VEXA_API url *url_replace(url **target, const url *source);
+
+/**
+ * url_resolve() - look up the host and keep the last IPv4 or IPv6 address found in @u; an earlier one is cleared.
+ * @hints: as for getaddrinfo(); NULL asks for IPv4 and stream sockets.
+ *
+ * Returns: 0; -1 for a NULL @u; what getaddrinfo() failed with (logged); -ENXIO when no such address came; -ENOENT when
+ *          the last one has more than 28 bytes (logged).
+ */
+VEXA_API int url_resolve(url *u, const struct addrinfo *hints);
+
+/** url_addr_ntop() - a socket address as "192.0.2.1:80" or "[2001:db8::1]:80", cut to @size; "" when it is neither.
+ *  Returns @buf. */
+VEXA_API char *url_addr_ntop(const struct sockaddr *addr, char *buf, size_t size);
+
+/** dump_addrinfo() - log a list of addresses, a debug line for each. */
+VEXA_API void dump_addrinfo(const struct addrinfo *list);
 
 /* ------------------------------------------------------------------------------------------------------------------
  * Configuration
