@@ -48,7 +48,8 @@ target_include_directories(vexa PUBLIC
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 target_link_libraries(vexa PRIVATE PkgConfig::JANSSON ZLIB::ZLIB)
 target_link_options(vexa PRIVATE
-    -Wl,--version-script=${version_script} -Wl,-z,defs -Wl,-z,relro -Wl,-z,now -Wl,--as-needed -Wl,--gc-sections
+    # clang leaves the sanitizers' runtime to the program
+    -Wl,--version-script=${version_script} $<$<NOT:$<BOOL:${VEXA_FUZZ}>>:-Wl,-z,defs> -Wl,-z,relro -Wl,-z,now -Wl,--as-needed -Wl,--gc-sections
     # The names are common words; a host's own function of the same name must not take over a call inside.
     -Wl,-Bsymbolic-functions)
 
