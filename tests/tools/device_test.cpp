@@ -74,3 +74,14 @@ TEST(log, writes_one_line_of_the_chosen_level)
                                                                     "roof.log\\(\\): 100%s\n"));
     EXPECT_THAT(vexactl({"log", "-v", "x"}).err, testing::HasSubstr("[info ] vexactl.log(): x\n"));
 }
+
+TEST(url, shows_the_parts_and_looks_up_the_host)
+{
+    the_device.put("/etc/hosts", "192.0.2.7 cloud.example\n");
+    const json_document parts = json_of(vexactl({"url", "HTTPS://cloud.example:443", "--resolve", "--json"}).out);
+    EXPECT_EQ(member_text(parts.get(), "url"), "https://cloud.example/");
+    EXPECT_EQ(member_text(parts.get(), "address"), "192.0.2.7:443");
+    const finished refused = vexactl({"url", "http://h/a\nb"});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_EQ(refused.err, "vexactl: not a usable URL: 'http://h/a\\nb'\n");
+}

@@ -34,6 +34,7 @@ extern const verb_family lock_family;
 extern const verb_family log_family;
 extern const verb_family report_family;
 extern const verb_family run_family;
+extern const verb_family url_family;
 
 // every family, in the order that help shows
 std::span<const verb_family> verb_table();
