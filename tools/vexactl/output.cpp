@@ -65,12 +65,24 @@ cell change_cell(const json_t *value)
     return {scalar_text(value)};
 }
 
+std::string bytes_text(json_int_t count)
+{
+    static constexpr const char *units[] = {"B", "kB", "MB", "GB", "TB", "PB", "EB"};
+    auto amount = static_cast<double>(count);
+    size_t unit = 0;
+    for (; amount >= 999.95 && unit + 1 < std::size(units); unit++)
+        amount /= 1000;
+    return format(unit ? "%.1f %s" : "%.0f %s", amount, units[unit]);
+}
+
 cell cell_of(const json_t *value, kind as, const palette &colours)
 {
     if (as == kind::on_off && json_is_boolean(value)) {
         const bool on = json_is_true(value);
         return {colours.mark(on) + (on ? " on" : " off"), on ? look::good : look::dim};
     }
+    if (as == kind::bytes && json_is_integer(value))
+        return {bytes_text(json_integer_value(value))};
     if (as == kind::change && json_is_string(value))
         return change_cell(value);
     return {scalar_text(value), value && !json_is_null(value) ? look::plain : look::dim};
@@ -180,10 +192,22 @@ std::string output::for_people(const answer &what, size_t indent) const
 
 std::string output::record(const answer &what, size_t indent) const
 {
-    table lines{{{}, {"", false, true}}};
+    std::vector<std::vector<cell>> entries;
     for (const column &c : columns_of(what, what.document.get())) {
         const json_t *value = json_object_get(what.document.get(), c.key);
-        lines.row({{c.title, look::label}, cell_of(value, c.as, colours_)});
+        entries.push_back({{c.title, look::label}, cell_of(value, c.as, colours_)});
+    }
+    const size_t columns = what.side_by_side ? 2 : 1;
+    const size_t height = (entries.size() + columns - 1) / columns;
+    std::vector<table_column> places;
+    for (size_t i = 0; i < columns; i++)
+        places.insert(places.end(), {{}, {"", false, true}});
+    table lines{std::move(places)};
+    for (size_t y = 0; y < height; y++) {
+        std::vector<cell> cells;
+        for (size_t i = y; i < entries.size(); i += height)
+            cells.insert(cells.end(), entries[i].begin(), entries[i].end());
+        lines.row(std::move(cells));
     }
     return lines.render(colours_, indent);
 }
@@ -226,7 +250,7 @@ std::string output::rows(const answer &what, size_t indent) const
     std::vector<table_column> headings;
     headings.reserve(columns.size());
     for (const column &c : columns)
-        headings.push_back({upper_case(c.title), c.as == kind::number, c.wraps});
+        headings.push_back({upper_case(c.title), c.as == kind::number || c.as == kind::bytes, c.wraps});
     table lines{std::move(headings)};
     for (size_t i = 0; i < json_array_size(list); i++) {
         const json_t *item = json_array_get(list, i);

@@ -13,6 +13,7 @@
 enum class kind {
     text,   // wraps when the line is too long
     number, // to the right
+    bytes,  // a number in B, kB, MB ...
     on_off, // a boolean: mark and word
     change, // "added", "removed" or "changed": "+", "-" or "~", which also colours the row
 };
@@ -30,7 +31,7 @@ struct answer {
     std::span<const column> columns; // none: every member under its own name
     const char *when_empty = "";     // what people read instead of a list without rows
     bool pairs = false;              // rows {key, value}: variables of a shell
-    bool side_by_side = false;       // short rows: as many next to each other as fit
+    bool side_by_side = false;       // short rows next to each other; a record in two columns
 };
 
 struct section {

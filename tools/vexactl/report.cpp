@@ -7,6 +7,7 @@
 namespace {
 
 constexpr void (*families[])(const report_source &, std::vector<section> &) = {
+    report_device,
     report_interface,
     report_config,
 };
@@ -35,5 +36,12 @@ constexpr verb verbs[] = {
 };
 
 } // namespace
+
+section record_section(const char *key, const char *title, json_t *document, std::span<const column> columns)
+{
+    section made{key, title, {json_ref{document}, columns}};
+    made.body.side_by_side = true;
+    return made;
+}
 
 const verb_family report_family = verbs;

@@ -13,6 +13,10 @@ struct report_source {
     const key_index &keys; // of cfg
 };
 
+// a record in two columns
+section record_section(const char *key, const char *title, json_t *document, std::span<const column> columns);
+
 // Each appends the sections of one family; people do not see those without an answer.
 void report_config(const report_source &from, std::vector<section> &page);
+void report_device(const report_source &from, std::vector<section> &page);
 void report_interface(const report_source &from, std::vector<section> &page);

@@ -75,12 +75,11 @@ section configuration(const report_source &from)
 {
     static constexpr column columns[] = {{"file", "File"}, {"entries", "Entries"}, {"findings", "Findings"}};
     const auto findings = static_cast<int64_t>(check_configuration(from.bytes).size());
-    return {"configuration",
-            "Configuration",
-            {json_ref{object({{"file", text(from.path)},
-                              {"entries", from.readable ? number(get_cfg_count(from.cfg)) : json_null()},
-                              {"findings", from.readable ? number(findings) : json_null()}})},
-             columns}};
+    return record_section("configuration", "Configuration",
+                          object({{"file", text(from.path)},
+                                  {"entries", from.readable ? number(get_cfg_count(from.cfg)) : json_null()},
+                                  {"findings", from.readable ? number(findings) : json_null()}}),
+                          columns);
 }
 
 section radios(const report_source &from)
