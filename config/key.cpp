@@ -14,31 +14,31 @@ constexpr int sign(T a, T b)
     return (a > b) - (a < b);
 }
 
-size_t digits(const char *text)
+// Compares two numbers, of any size, and passes over them. Of two equal ones the longer is greater: one character on,
+// it still has a zero to drop when the other has ended or lost its first digit.
+int compare_numbers(const char *&a, const char *&b)
 {
-    size_t n = 0;
-    while (is_digit(text[n]))
-        n++;
-    return n;
+    const char *a_start = a;
+    const char *b_start = b;
+    while (*a == '0')
+        a++;
+    while (*b == '0')
+        b++;
+    const int zeros = sign(a - a_start, b - b_start);
+    int order = 0;
+    for (; is_digit(*a) && is_digit(*b); a++, b++)
+        if (order == 0)
+            order = sign(*a, *b);
+    if (is_digit(*a) || is_digit(*b))
+        return is_digit(*a) ? 1 : -1;
+    return order != 0 ? order : zeros;
 }
 
-// Compares two runs of digits by their numbers, of any size. One character on, the longer of two equal numbers still
-// has a zero to drop when the other has lost its first digit or has ended: it is the greater one.
-int compare_numbers(const char *a, size_t a_size, const char *b, size_t b_size)
+// The end comes before every character, and a number after them.
+int compare_unlike(char a, char b)
 {
-    const char *a_first = a;
-    const char *b_first = b;
-    while (a_first < a + a_size && *a_first == '0')
-        a_first++;
-    while (b_first < b + b_size && *b_first == '0')
-        b_first++;
-    const size_t a_digits = size_t(a + a_size - a_first);
-    const size_t b_digits = size_t(b + b_size - b_first);
-    if (a_digits != b_digits)
-        return sign(a_digits, b_digits);
-    if (const int order = memcmp(a_first, b_first, a_digits))
-        return sign(order, 0);
-    return sign(a_size, b_size);
+    const auto rank = [](char c) { return is_digit(c) ? 256 : lower_case(c); };
+    return sign(rank(a), rank(b));
 }
 
 } // namespace
@@ -51,18 +51,12 @@ extern "C" int cfg_natural_compare(const char *a, const char *b)
         return a ? 1 : -1;
     for (;;) {
         if (is_digit(*a) && is_digit(*b)) {
-            const size_t a_size = digits(a);
-            const size_t b_size = digits(b);
-            if (const int order = compare_numbers(a, a_size, b, b_size))
+            if (const int order = compare_numbers(a, b))
                 return order;
-            a += a_size;
-            b += b_size;
-        } else if (*a == '\0' || *b == '\0' || is_digit(*a) || is_digit(*b)) {
-            // the end comes before everything, a number after every other character
-            const auto rank = [](char c) { return c == '\0' ? 0 : is_digit(c) ? 2 : 1; };
-            return sign(rank(*a), rank(*b));
-        } else if (const int order = sign(lower_case(*a), lower_case(*b))) {
+        } else if (const int order = compare_unlike(*a, *b)) {
             return order;
+        } else if (*a == '\0') {
+            return 0;
         } else {
             a++;
             b++;

@@ -7,7 +7,7 @@
 // equal numbers that start at the same place of both keys and end at different ones differ further on.
 inline bool equal_keys(const char *a, const char *b)
 {
-    for (; lower_case(*a) == lower_case(*b); a++, b++)
+    for (; *a == *b || lower_case(*a) == lower_case(*b); a++, b++)
         if (*a == '\0')
             return true;
     return false;

@@ -2,6 +2,7 @@
 #include "config/lookup.h"
 
 #include "config/key.h"
+#include "config/store.h"
 #include "core/log.h"
 #include "core/owner.h"
 
@@ -50,8 +51,11 @@ Number vget_number(cfg_entry *cfg, Number def, const char *fmt, va_list args)
 
 cfg_entry *find_entry(cfg_entry *cfg, const char *key)
 {
-    while (cfg && !equal_keys(cfg->key, key))
-        cfg = cfg->next;
+    for (; cfg; cfg = cfg->next) {
+        fetch_ahead(cfg);
+        if (equal_keys(cfg->key, key))
+            break;
+    }
     return cfg;
 }
 

@@ -1,15 +1,25 @@
 // SPDX-License-Identifier: MIT
 #include "config/key.h"
 #include "config/lookup.h"
+#include "config/sort.h"
+#include "config/store.h"
 #include "core/log.h"
 #include "core/owner.h"
 
-#include <climits>
 #include <cstring>
 
 namespace {
 
 constexpr char log_tag[] = "cfg";
+
+bool begins_with(const char *text, const char *prefix)
+{
+    while (*prefix && *text == *prefix) {
+        text++;
+        prefix++;
+    }
+    return *prefix == '\0';
+}
 
 // What a walk does with a match; non-zero ends the walk.
 struct collector {
@@ -34,9 +44,9 @@ void process_cfg_it(cfg_entry *cfg, bool exact, auto &on_match, const char *fmt,
         log_err("OOM");
         return;
     }
-    const size_t size = strlen(text.get());
     for (; cfg; cfg = cfg->next) {
-        const bool matches = exact ? equal_keys(cfg->key, text.get()) : strncmp(cfg->key, text.get(), size) == 0;
+        fetch_ahead(cfg);
+        const bool matches = exact ? equal_keys(cfg->key, text.get()) : begins_with(cfg->key, text.get());
         if (matches && on_match(cfg) != 0)
             return;
     }
@@ -64,69 +74,32 @@ struct section {
     const char *postfix, *value;
 };
 
-void process_cfg_section(cfg_entry *cfg, section wanted, auto &on_match, const char *fmt, va_list args)
+// Tells how much of the keys of all matches is the same: the prefix, up to a number that may go on behind it.
+size_t process_cfg_section(cfg_entry *cfg, section wanted, auto &on_match, const char *fmt, va_list args)
 {
     if (wanted.postfix && wanted.postfix[0] != '.') {
         log_err("postfix must start with '.': '%s'", wanted.postfix);
-        return;
+        return 0;
     }
     const unique_text prefix{malloc_vprintf(fmt, args)};
     if (!prefix) {
         log_err("OOM");
-        return;
+        return 0;
     }
-    const size_t size = strlen(prefix.get());
+    size_t size = strlen(prefix.get());
     if (size == 0 || prefix.get()[size - 1] != '.')
         log_warn("deprecated prefix doesn't end with '.': '%s' => '%s'", fmt, prefix.get());
     for (; cfg; cfg = cfg->next) {
-        const bool matches = strncmp(cfg->key, prefix.get(), size) == 0 &&
+        fetch_ahead(cfg);
+        const bool matches = begins_with(cfg->key, prefix.get()) &&
                              is_section_member(cfg->key + size, wanted.postfix) &&
                              (!wanted.value || strcmp(cfg->value, wanted.value) == 0);
         if (matches && on_match(cfg) != 0)
-            return;
+            break;
     }
-}
-
-// Of two equal keys that of @a stands first.
-cfg_it *merge(cfg_it *a, cfg_it *b)
-{
-    cfg_it *head = nullptr;
-    cfg_it **end = &head;
-    while (a && b) {
-        cfg_it *&least = cfg_natural_compare(a->key, b->key) > 0 ? b : a;
-        *end = least;
-        end = &least->next;
-        least = least->next;
-    }
-    *end = a ? a : b;
-    return head;
-}
-
-// Cuts the longest ascending piece off the front.
-cfg_it *take_run(cfg_it *&list)
-{
-    cfg_it *run = list;
-    cfg_it *last = list;
-    while (last->next && cfg_natural_compare(last->key, last->next->key) <= 0)
-        last = last->next;
-    list = std::exchange(last->next, nullptr);
-    return run;
-}
-
-// A stable merge sort; slot i holds 2^i runs merged, those of higher slots came first.
-cfg_it *sort(cfg_it *list)
-{
-    cfg_it *merged[sizeof(size_t) * CHAR_BIT] = {};
-    while (list) {
-        cfg_it *run = take_run(list);
-        size_t i = 0;
-        for (; merged[i]; i++)
-            run = merge(std::exchange(merged[i], nullptr), run);
-        merged[i] = run;
-    }
-    for (cfg_it *earlier : merged)
-        list = merge(earlier, list);
-    return list;
+    while (size > 0 && is_digit(prefix.get()[size - 1]))
+        size--;
+    return size;
 }
 
 } // namespace
@@ -164,9 +137,9 @@ extern "C" cfg_it *get_cfg_section(cfg_entry *cfg, const char *postfix, const ch
     collector found;
     va_list args;
     va_start(args, fmt);
-    process_cfg_section(cfg, {postfix, value}, found, fmt, args);
+    const size_t common = process_cfg_section(cfg, {postfix, value}, found, fmt, args);
     va_end(args);
-    return sort(found.list.head);
+    return sort_by_key(found.list.head, common);
 }
 
 extern "C" uint32_t get_cfg_section_count(cfg_entry *cfg, const char *postfix, const char *value, const char *fmt, ...)

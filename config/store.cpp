@@ -4,6 +4,16 @@
 #include "core/log.h"
 #include "core/owner.h"
 
+#include <cstddef>
+
+// Hosts reach into these records.
+static constexpr size_t word = sizeof(void *);
+static_assert(sizeof(cfg_entry) == 4 * word && offsetof(cfg_entry, value) == word &&
+              offsetof(cfg_entry, esc_value) == 2 * word && offsetof(cfg_entry, next) == 3 * word);
+static_assert(sizeof(cfg_it) == 4 * word && offsetof(cfg_it, value) == word && offsetof(cfg_it, next) == 3 * word);
+static_assert(sizeof(cfg_it_ctx) == 2 * word && offsetof(cfg_it_ctx, tail) == word);
+static_assert(sizeof(cfg_count_ctx) == 8 && offsetof(cfg_count_ctx, enabled_only) == 4);
+
 namespace {
 
 constexpr char log_tag[] = "cfg";

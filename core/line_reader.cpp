@@ -1,51 +1,41 @@
 // SPDX-License-Identifier: MIT
 #include "core/line_reader.h"
 
-#include <cstdint>
-#include <cstring>
-
 namespace {
 
-constexpr size_t piece_size = size_t{64} * 1024;
+constexpr size_t piece_size = size_t{32} * 1024;
 
 } // namespace
 
-bool line_reader::next(std::string_view &line)
-{
-    for (;;) {
-        const char *start = buffer_.get() + begin_;
-        const size_t left = end_ - begin_;
-        const void *feed = left > 0 ? memchr(start, '\n', left) : nullptr;
-        if (feed || (ended_ && left > 0)) {
-            const size_t size = feed ? size_t(static_cast<const char *>(feed) - start) + 1 : left;
-            line = {start, size};
-            begin_ += size;
-            return true;
-        }
-        if (ended_ || !read_on())
-            return false;
-    }
-}
-
-// Room is at least doubled whenever a line begun takes half of it, so that reading a long line stays linear.
+// Adds to the line begun what the stream gives next; false when there is no more. The room is doubled once such a line
+// takes half of it, so that a long one is moved and searched a few times, not once for each piece.
 bool line_reader::read_on()
 {
-    const size_t kept = end_ - begin_;
-    if (kept >= capacity_ / 2) {
+    if (ended_) {
+        if (!feof(stream_))
+            end_ = begin_;
+        return false;
+    }
+    const size_t begun = size_t(end_ - begin_);
+    if (begun >= capacity_ / 2) {
         const size_t wanted = capacity_ > 0 ? capacity_ * 2 : piece_size;
-        unique_text larger{wanted > capacity_ ? static_cast<char *>(malloc(wanted)) : nullptr};
-        if (!larger)
+        unique_text larger{wanted > capacity_ ? static_cast<char *>(malloc(wanted + slack)) : nullptr};
+        if (!larger) {
+            end_ = begin_;
             return false;
-        if (kept > 0)
-            memcpy(larger.get(), buffer_.get() + begin_, kept);
+        }
+        memcpy(larger.get(), begin_, begun);
         buffer_ = std::move(larger);
         capacity_ = wanted;
     } else {
-        memmove(buffer_.get(), buffer_.get() + begin_, kept);
+        memmove(buffer_.get(), begin_, begun);
     }
-    begin_ = 0;
-    const size_t got = fread(buffer_.get() + kept, 1, capacity_ - kept, stream_);
-    end_ = kept + got;
-    ended_ = end_ < capacity_;
-    return !ended_ || feof(stream_) != 0;
+    char *fresh = buffer_.get() + begun;
+    const size_t room = capacity_ - begun;
+    const size_t got = fread(fresh, 1, room, stream_);
+    met_zero_ = met_zero_ || memchr(fresh, '\0', got);
+    begin_ = buffer_.get();
+    end_ = fresh + got;
+    ended_ = got < room;
+    return true;
 }
