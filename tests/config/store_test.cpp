@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#include "tests/config/config.h"
+
+TEST(save_cfg, writes_what_parses_back_to_the_same_entries)
+{
+    std::mt19937 random{212};
+    for (int i = 0; i < 300; i++) {
+        const config cfg = config_of(random_text(random, {"k", "A.1", "=", "= ", " ", "\n", "\n", "\r\n", "v"}, 60));
+        ASSERT_EQ(save_cfg(cfg.get(), "/tmp/saved.cfg"), 0);
+        ASSERT_EQ(the_device.text("/tmp/saved.cfg"), "# CFG Start\n" + lines(cfg));
+        ASSERT_EQ(lines(config{parse("/tmp/saved.cfg"), free_cfg}), lines(cfg));
+    }
+    EXPECT_EQ(save_cfg(nullptr, "/tmp/missing/system.cfg"), -1);
+    EXPECT_EQ(save_cfg(nullptr, "/dev/full"), -1) << "noticed when the file is closed";
+    const config large = config_of("k=" + std::string(100000, 'v') + "\n");
+    EXPECT_EQ(save_cfg(large.get(), "/dev/full"), -1);
+    testing::internal::CaptureStdout();
+    print_cfg(large.get());
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), lines(large));
+}
+
+TEST(cfg_it_append, moves_the_whole_other_list_to_the_end)
+{
+    const config cfg = config_of("a=1\nb=2\nb=3\n");
+    cfg_it *const bs = get_cfg_it(cfg.get(), 1, "b");
+    cfg_it *other = bs;
+    const results list = results_of(cfg_it_append(nullptr, &other));
+    other = get_cfg_it(cfg.get(), 1, "a");
+    for (cfg_it **moved : {&other, &other, static_cast<cfg_it **>(nullptr)})
+        EXPECT_EQ(cfg_it_append(list.get(), moved), bs);
+    EXPECT_EQ(lines(list), "b=2\nb=3\na=1\n");
+}
+
+TEST(append_cfg_match_cb, borrows_the_texts_and_refuses_a_head_without_a_tail)
+{
+    const config cfg = config_of("a=1\n");
+    cfg_it_ctx ctx = {};
+    ASSERT_EQ(append_cfg_match_cb(cfg.get(), &ctx), 0);
+    const results list = results_of(std::exchange(ctx.tail, nullptr));
+    EXPECT_EQ(list->key, cfg->key);
+    const captured_log log;
+    EXPECT_EQ(append_cfg_match_cb(cfg.get(), &ctx), -1);
+    EXPECT_EQ(log.text(), "[error] cfg.append_cfg_match_cb(): invalid ctx state\n");
+}
