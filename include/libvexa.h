@@ -750,8 +750,8 @@ VEXA_API void dump_addrinfo(const struct addrinfo *list);
  * time: esc_value() fills caches inside the entries. Log tag "cfg".
  */
 
-/** One line. A host may replace @value by another malloc'd text: it frees the old one and sets @esc_value to NULL, freed
- *  before when it is not the old value itself. */
+/** One line. A host may replace @value by another malloc'd text: it frees the old one and sets @esc_value to NULL,
+ *  freed before when it is not the old value itself. */
 typedef struct cfg_entry {
     char *key;              /* text before the first "=", blanks and tabs trimmed; owned */
     char *value;            /* text after it, as it stands in the file; owned */
