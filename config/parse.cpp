@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "config/key_table.h"
-#include "config/store.h"
+#include "config/override_list.h"
 #include "core/ascii.h"
 #include "core/line_reader.h"
 #include "core/log.h"
@@ -11,74 +10,6 @@ namespace {
 
 constexpr char log_tag[] = "cfg";
 constexpr std::string_view misc_marker = "# misc";
-
-struct drop_entry {
-    void operator()(cfg_entry *entry) const noexcept { free_entry(entry); }
-};
-using unique_entry = std::unique_ptr<cfg_entry, drop_entry>;
-
-// A list that grows at its end.
-class entry_list {
-public:
-    entry_list() = default;
-    entry_list(const entry_list &) = delete;
-    entry_list &operator=(const entry_list &) = delete;
-    ~entry_list() { free_cfg(head_); }
-
-    cfg_entry *head() const { return head_; }
-    void append(unique_entry entry)
-    {
-        *end_ = entry.release();
-        end_ = &(*end_)->next;
-    }
-    cfg_entry *release()
-    {
-        end_ = &head_;
-        return std::exchange(head_, nullptr);
-    }
-
-private:
-    cfg_entry *head_ = nullptr;
-    cfg_entry **end_ = &head_;
-};
-
-// The entries behind the marker. Each replaces the value of the first earlier entry with its key; instead of looking
-// through all earlier ones each time, they are gathered and the list is looked through once for all of them.
-class override_list {
-public:
-    void add(unique_entry entry, entry_list &list)
-    {
-        // without memory for a larger table the list is looked through now, and again for those that follow
-        if (table_.is_full() && !table_.reserve(table_.size() + 1))
-            apply(list);
-        if (cfg_entry *earlier = table_.find_or_add(entry.get()))
-            std::swap(earlier->value, entry->value);
-        else
-            overrides_.append(std::move(entry));
-    }
-
-    void apply(entry_list &list)
-    {
-        if (table_.size() == 0)
-            return;
-        for (key_table::walk at{table_, list.head()}; at.next();)
-            if (cfg_entry *known = at.known(); known && known->value) {
-                free(at.entry()->value);
-                at.entry()->value = std::exchange(known->value, nullptr);
-            }
-        table_.clear();
-        for (cfg_entry *rest = overrides_.release(); rest;) {
-            unique_entry entry{std::exchange(rest, rest->next)};
-            entry->next = nullptr;
-            if (entry->value) // no earlier entry took it
-                list.append(std::move(entry));
-        }
-    }
-
-private:
-    entry_list overrides_;
-    key_table table_;
-};
 
 // A zero byte ends the text for every reader.
 std::string_view up_to_zero(std::string_view text)

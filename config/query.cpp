@@ -5,21 +5,13 @@
 #include "config/store.h"
 #include "core/log.h"
 #include "core/owner.h"
+#include "core/text.h"
 
 #include <cstring>
 
 namespace {
 
 constexpr char log_tag[] = "cfg";
-
-bool begins_with(const char *text, const char *prefix)
-{
-    while (*prefix && *text == *prefix) {
-        text++;
-        prefix++;
-    }
-    return *prefix == '\0';
-}
 
 // What a walk does with a match; non-zero ends the walk.
 struct collector {
