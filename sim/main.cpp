@@ -78,7 +78,10 @@ int run(char **arguments)
 
 int print(const std::string &text)
 {
-    return fputs(text.c_str(), stdout) >= 0 && fflush(stdout) == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
+    if (fputs(text.c_str(), stdout) >= 0 && fflush(stdout) == 0)
+        return EXIT_SUCCESS;
+    fprintf(stderr, "vexa-sim: cannot write: %s\n", strerror(errno));
+    return EXIT_FAILURE;
 }
 
 int list()
@@ -94,15 +97,18 @@ int list()
 int command(char **arguments)
 {
     const std::string verb = arguments[0] ? arguments[0] : "";
-    if (verb == "--help")
+    if (verb == "--help" || (verb == "run" && arguments[1] && strcmp(arguments[1], "--help") == 0))
         return print(help);
     if (verb == "--version")
         return print("vexa-sim " VEXA_VERSION "\n");
     if (verb == "run")
         return run(arguments + 1);
-    if (verb == "list" && !arguments[1])
+    if (verb == "list" && arguments[1])
+        throw wrong_usage("list takes no arguments");
+    if (verb == "list")
         return list();
-    throw wrong_usage(verb.empty() ? "what to do? See vexa-sim --help" : "cannot " + verb + "; see vexa-sim --help");
+    throw wrong_usage(verb.empty() ? "what to do? See vexa-sim --help"
+                                   : "no command '" + verb + "'; see vexa-sim --help");
 }
 
 int complain(const std::exception &wrong, int status)

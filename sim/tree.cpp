@@ -59,9 +59,19 @@ void make_link(const path &link, const path &target)
         fail<error>("cannot make the link " + link.string());
 }
 
+// What a link in the place of an entry of the machine must say: the same as a link of the machine, which may lead out
+// of its folder. (In /proc they are no texts: each process has its own.)
+path link_text(const fs::directory_entry &real, const path &folder)
+{
+    const bool is_text = real.is_symlink() && real.path().native().rfind("/proc/", 0) != 0;
+    return is_text ? fs::read_symlink(real) : folder / real.path().filename();
+}
+
 bool is_untouched(const fs::directory_entry &entry)
 {
-    return entry.is_symlink() && fs::read_symlink(entry) == machine / entry.path().filename();
+    const path real = entry.path().parent_path() / machine / entry.path().filename();
+    return entry.is_symlink() && fs::exists(fs::symlink_status(real)) &&
+           fs::read_symlink(entry) == link_text(fs::directory_entry(real), machine);
 }
 
 struct kept_entry {
@@ -149,17 +159,15 @@ void tree::fill(const covered &c)
     if (c.content == shows::nothing)
         return;
     const bool without_processes = c.folder == "/proc";
-    for (const fs::directory_entry &entry : fs::directory_iterator(c.folder / machine)) {
-        const path name = entry.path().filename();
+    for (const fs::directory_entry &real : fs::directory_iterator(c.folder / machine)) {
+        const path name = real.path().filename();
+        const path entry = c.folder / name;
         if (without_processes && is_process(name))
             continue;
-        const path own_entry = c.folder / name;
-        if (c.content == shows::mounts && !entry.is_symlink() && entry.is_directory()) {
-            if (fs::create_directory(own_entry))
-                mounts::attach(mounts::copy_of(entry.path()), own_entry);
-        } else {
-            make_link(own_entry, path(machine) / name);
-        }
+        if (c.content == shows::links || real.is_symlink() || !real.is_directory())
+            make_link(entry, link_text(real, machine));
+        else if (fs::create_directory(entry))
+            mounts::attach(mounts::copy_of(real.path()), entry);
     }
 }
 
@@ -168,11 +176,13 @@ void tree::expand(const path &link)
 {
     const path target = fs::read_symlink(link);
     const path from_inside = target.is_absolute() ? target : ".." / target;
-    const fs::directory_iterator entries(link);
+    std::vector<std::pair<path, path>> links;
+    for (const fs::directory_entry &real : fs::directory_iterator(link))
+        links.emplace_back(real.path(), link_text(real, from_inside));
     fs::remove(link);
     fs::create_directory(link);
-    for (const fs::directory_entry &entry : entries)
-        make_link(link / entry.path().filename(), from_inside / entry.path().filename());
+    for (const auto &[entry, text] : links)
+        make_link(entry, text);
 }
 
 void tree::own(const path &folder)

@@ -19,7 +19,8 @@ TEST(simulated_device, takes_a_file_anywhere_and_keeps_what_stands_beside_it)
         {"a device of the kernel", "/sys/bus/i2c/devices/1-0018/iio:device0/in_accel_x_raw",
          "/sys/class/net/br0/bridge/stp_state"},
         {"a folder of the machine", "/usr/etc/.version", "/usr/bin/env"},
-        {"a folder that the machine does not have", "/etc/persistent/cfg/mgmt", "/etc/passwd"},
+        {"beside the folders of programs", "/usr/new/file", "/usr/lib/os-release"},
+        {"a folder that the machine does not have", "/etc/persistent/cfg/mgmt", "/etc/mtab"}, // a link that leads out
         {"folders that start empty", "/var/run/guest/portal/a", "/tmp/system.cfg"},
     };
     for (const auto &row : rows) {
@@ -36,7 +37,6 @@ TEST(simulated_device, runs_stand_ins_for_commands_of_the_firmware)
 {
     the_device.put("/bin/qos_control.sh", "#!/bin/sh\necho \"asked for $*\"\n", 0755);
     EXPECT_EQ(run_program({"/bin/qos_control.sh", "add", "1"}).out, "asked for add 1\n");
-    EXPECT_EQ(run_program({"readlink", "/proc/self/exe"}).status, 0);
 }
 
 TEST(simulated_device, restores_what_was_there_at_first)
