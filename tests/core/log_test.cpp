@@ -157,7 +157,7 @@ TEST(libvexa_log_json, numbers_the_lines_and_continues_those_that_are_too_long)
 TEST(libvexa_log_hex, writes_sixteen_bytes_a_line_under_a_heading)
 {
     unsigned char bytes[17];
-    for (unsigned char i = 0; i < sizeof bytes; i++)
+    for (size_t i = 0; i < sizeof bytes; i++)
         bytes[i] = (unsigned char)(0xf0 + i);
     const std::string first = "[debug] m.f(): 00000000: f0 f1 f2 f3 f4 f5 f6 f7 f8 f9 fa fb fc fd fe ff\n";
     const struct {

@@ -7,7 +7,8 @@ namespace {
 
 sim::options &chosen()
 {
-    static sim::options options{.device = VEXA_DEVICES "/access-point", .reachable = {VEXA_BUILD}};
+    static sim::options options{
+        .device = VEXA_DEVICES "/access-point", .reachable = {VEXA_BUILD}, .writable = {VEXA_WRITABLE}};
     return options;
 }
 

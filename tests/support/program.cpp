@@ -3,15 +3,15 @@
 
 #include "tests/support/memory_file.h"
 
+#include <algorithm>
 #include <sys/wait.h>
 
 finished run_program(const std::vector<std::string> &arguments, const std::string &input)
 {
     const int files[] = {memory_file(input), memory_file(), memory_file()};
-    std::vector<char *> pointers;
-    for (const std::string &argument : arguments)
-        pointers.push_back(const_cast<char *>(argument.c_str()));
-    pointers.push_back(nullptr);
+    std::vector<char *> pointers(arguments.size() + 1); // the last one stays NULL
+    std::transform(arguments.begin(), arguments.end(), pointers.begin(),
+                   [](const std::string &argument) { return const_cast<char *>(argument.c_str()); });
     const pid_t child = fork();
     if (child == 0) {
         for (int standard = STDIN_FILENO; standard <= STDERR_FILENO; standard++)
