@@ -40,5 +40,6 @@ TEST(base64_decode, ends_at_the_first_character_of_neither_alphabet)
 {
     for (const char *text : {"SGkh", "SGkh\nSGkh", "SGkh\xc3SGkh", "SGkhS", "SGkhS=Gk"})
         EXPECT_EQ(decoded(text, 3), (bytes{'H', 'i', '!'}));
+    EXPECT_EQ(decoded("SG=kSGkh", 1), bytes{'H'});
     EXPECT_EQ(decoded("-_+/", 3), (bytes{0xfb, 0xff, 0xbf})) << "both alphabets may be mixed";
 }

@@ -24,18 +24,18 @@ TEST(hex2uchar, takes_each_pair_as_scanf_does)
 TEST(hexadecimal, is_written_within_the_room)
 {
     constexpr unsigned char bytes[] = {0x0a, 0xff, 0x10};
-    char text[6] = "kept";
+    char text[8] = "kept";
     EXPECT_EQ(uchar2hex(bytes, 2, text, 4), 0) << "no room for the zero";
     EXPECT_EQ(uchar2hex(bytes, SIZE_MAX / 2 + 1, text, 6), 0) << "twice the length wraps around";
     EXPECT_EQ(bin2hex(bytes, 3, text, 0), 0);
     EXPECT_EQ(bin2hex(bytes, 0, text, 6), 0);
     EXPECT_STREQ(text, "kept");
-    EXPECT_EQ(uchar2hex(bytes, 2, text, 6), 2);
-    EXPECT_THAT(text, ElementsAre('0', 'A', 'F', 'F', 0, 0));
+    EXPECT_EQ(uchar2hex(bytes, 2, text, 8), 2);
+    EXPECT_THAT(text, ElementsAre('0', 'A', 'F', 'F', 0, 0, 0, 0));
     EXPECT_EQ(uchar2lowerhex(bytes, 2, text, 5), 2);
     EXPECT_STREQ(text, "0aff");
     EXPECT_EQ(bin2hex(bytes, 3, text, 4), 2) << "a pair needs three bytes of room";
-    EXPECT_EQ(bin2hex(bytes, 3, text, 6), 4) << "the last byte is left out";
+    EXPECT_EQ(bin2hex(bytes, 3, text, 8), 4) << "the last byte is left out";
 }
 
 TEST(strtomac, wants_all_six_fields)

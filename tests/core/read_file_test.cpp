@@ -18,6 +18,7 @@ TEST(freadline, gives_the_first_line_or_the_default)
     for (const auto &[why, file, expected] : rows) {
         the_device.put(path, file);
         strcpy(line, "default"); // the default may stand in the buffer itself
+        errno = 0;
         EXPECT_STREQ(freadline(path, line, sizeof line, line), expected) << why;
         EXPECT_STREQ(freadlineat(AT_FDCWD, path, line, sizeof line, "default"), expected) << why;
     }
