@@ -2,6 +2,7 @@
 #include "sim/simulated_device.h"
 
 #include "sim/device_nodes.h"
+#include "sim/eeprom.h"
 #include "sim/interfaces.h"
 #include "sim/namespaces.h"
 
@@ -65,6 +66,8 @@ void simulated_device::enter(const options &o)
     const path folder = find_device(o.device);
     const std::vector<path> reachable = with_current_folder(o.reachable);
     initial_ = read_device_files(folder / "root");
+    if (const path factory_data = folder / "eeprom"; fs::exists(factory_data))
+        initial_.push_back(read_factory_data(factory_data));
     options_ = o;
     enter_namespaces();
     mounts::make_private();
