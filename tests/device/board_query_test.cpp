@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/device.h"
+
+namespace {
+
+board b; // of no model, and what board_identify() answers
+
+void start_with(std::vector<std::vector<board_port>> groups)
+{
+    b = {};
+    for (const auto &ports : groups) {
+        board_port_group &group = b.eth_groups[b.eth_group_count++];
+        group.port_count = uint8_t(ports.size());
+        std::copy(ports.begin(), ports.end(), group.ports);
+    }
+    update_cached_board(&b);
+}
+
+board_port port(uint8_t phy, uint8_t id, const char *label)
+{
+    return {phy, id, 0, 0, {}, label};
+}
+
+} // namespace
+
+TEST(get_main_phy, is_the_first_that_is_alone_or_labelled_so)
+{
+    const struct {
+        const char *why;
+        std::vector<std::vector<board_port>> groups;
+        int port_id, phy_idx, count;
+    } rows[] = {
+        {"no port", {}, -1, -1, 0},
+        {"one alone, whatever its label", {{port(7, 3, "Data")}}, 3, 7, 1},
+        {"by its label", {{port(1, 1, "Data"), port(2, 2, "PoE In + Data"), port(3, 3, "Main")}}, 2, 2, 3},
+        {"in the second group", {{port(1, 1, "Data"), port(2, 2, "PoE Out + Data")}, {port(9, 8, "Data")}}, 8, 9, 3},
+        {"none", {{port(1, 1, "Data"), port(2, 2, "main")}}, -1, -1, 2},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.why);
+        start_with(row.groups);
+        EXPECT_EQ(get_main_phy_port_id(), row.port_id);
+        EXPECT_EQ(get_main_phy_idx(), row.phy_idx);
+        EXPECT_EQ(get_phy_port_id_by_idx(row.phy_idx), row.port_id);
+        EXPECT_EQ(get_num_of_eth_ports(), row.count);
+    }
+}
+
+TEST(board_get_poe_budget, is_what_the_device_does_not_keep)
+{
+    constexpr int rows[][3] = {{0, 0, 0}, {0, 20, 0}, {15, 20, 0}, {15, 15, 0}, {30, 4, 26}, {65535, 0, 65535}};
+    for (const auto &[budget, reserved, left] : rows) {
+        start_with({});
+        b.poe_budget = uint16_t(budget);
+        b.poe_reserved = uint16_t(reserved);
+        EXPECT_EQ(board_get_poe_budget(), left) << budget;
+        EXPECT_EQ(board_has_poe(), left != 0) << budget;
+    }
+    EXPECT_EQ(board_get_cpu_mac(nullptr), -1);
+}
+
+TEST(get_radio_dev_name, is_empty_where_there_is_no_radio)
+{
+    update_cached_board(corvo_get_board(0xa611));
+    EXPECT_STREQ(get_radio_dev_name(0), "ra0");
+    EXPECT_STREQ(get_radio_dev_name(1), "rai0");
+    for (const int none : {-1, 2, 4, INT_MIN, INT_MAX})
+        EXPECT_STREQ(get_radio_dev_name(none), "") << none;
+}

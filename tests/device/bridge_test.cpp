@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#include "tests/device/network.h"
+
+constexpr uint8_t station[6] = {0x02, 0x56, 0x58, 0xab, 0xcd, 0x0e};
+constexpr char station_text[] = "02:56:58:ab:CD:0e";
+
+TEST(get_mac_brinfo, finds_what_the_kernel_learned)
+{
+    unsigned age = 99, port = 99;
+    EXPECT_EQ(get_mac_brinfo("br0", station_text, &age, &port), 0);
+    EXPECT_EQ(age, 99U);
+    send_frames("cable1", station);
+    ASSERT_TRUE(eventually([&] { return get_mac_brinfo("br0", station_text, &age, &port) == 1; }));
+    EXPECT_LE(age, 5U);
+    EXPECT_EQ(port, strtoul(the_device.text("/sys/class/net/br0/brif/eth1/port_no").c_str(), nullptr, 0));
+    for (const char *other : {"02:56:58:ab:cd:0", "02:56:58:ab:cd:0e ", " 2:56:58:ab:cd:0e", "02-56-58-ab-cd-0e", ""})
+        EXPECT_EQ(get_mac_brinfo("br0", other, &age, &port), 0) << other;
+    for (const char *bridge : {"br9", "eth1", "../net/br0", ""})
+        EXPECT_EQ(get_mac_brinfo(bridge, station_text, &age, &port), 0) << bridge;
+}
+
+TEST(get_mac_brinfo, takes_the_first_of_whole_records)
+{
+    const std::string other(16, '\1'), cut = "\x02\x56\x58\xab\xcd\x0e";
+    const std::string known = cut + std::string("\x07\0\xe7\x03\0\0\x01\0\0\0", 10); // port 7, 9.99 s
+    const std::string later = cut + std::string(10, '\2');
+    std::string many;
+    for (int i = 0; i < 1025; i++) // more than is read at a time
+        many += other;
+    unsigned age = 0, port = 0;
+    the_device.put("/sys/class/net/br7/brforward", many + known + later);
+    EXPECT_EQ(get_mac_brinfo("br7", station_text, &age, &port), 1);
+    EXPECT_EQ(std::pair(age, port), std::pair(9U, 7U));
+    the_device.put("/sys/class/net/br7/brforward", many + cut);
+    EXPECT_EQ(get_mac_brinfo("br7", station_text, &age, &port), 0);
+}
+
+TEST(bridge_ports, tell_their_state_and_number)
+{
+    EXPECT_EQ(get_br_port_state("br0", "eth0"), 3);
+    EXPECT_TRUE(is_brif_forwarding("br0", "eth0") && !is_brif_disabled("br0", "eth0"));
+    EXPECT_EQ(get_br_port_state("br0", "eth9"), -1);
+    EXPECT_TRUE(!is_brif_forwarding("br0", "eth9") && is_brif_disabled("br0", "eth9"));
+    ip("link add name br5 type bridge; ip link add port5 type veth peer name port6; ip link set port5 master br5");
+    EXPECT_EQ(get_br_port_state("br5", "port5"), 0);
+    EXPECT_TRUE(is_brif_disabled("br5", "port5"));
+
+    char ifname[16] = "unchanged";
+    EXPECT_EQ(get_ifname_from_br_portno("br5", 1, ifname), 1);
+    EXPECT_STREQ(ifname, "port5");
+    EXPECT_EQ(get_ifname_from_br_portno("br5", 2, ifname), 0);
+    EXPECT_EQ(get_ifname_from_br_portno("br6", 1, ifname), 0);
+    EXPECT_STREQ(ifname, "port5");
+    the_device.put("/sys/class/net/br7/brif/folder/port_no", "0x1\n");
+    EXPECT_EQ(get_ifname_from_br_portno("br7", 1, ifname), 0) << "a port is a link";
+    ip("link del br5; ip link del port5");
+}

@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: MIT
+#include "tests/device/network.h"
+
+#include <linux/if.h>
+
+namespace {
+
+constexpr const char *files[] = {"rx_bytes", "rx_packets", "rx_errors", "rx_dropped", "multicast",
+                                 "tx_bytes", "tx_packets", "tx_errors", "tx_dropped"};
+
+std::array<uint64_t, 9> counters(const dev_status &st)
+{
+    return {st.rx_bytes, st.rx_packets, st.rx_errors, st.rx_dropped, st.rx_multicast,
+            st.tx_bytes, st.tx_packets, st.tx_errors, st.tx_dropped};
+}
+
+std::array<uint64_t, 9> kernel_counters(const std::string &ifname)
+{
+    std::array<uint64_t, 9> values{};
+    for (size_t i = 0; i < std::size(files); i++)
+        values[i] = std::stoull(the_device.text("/sys/class/net/" + ifname + "/statistics/" + files[i]));
+    return values;
+}
+
+} // namespace
+
+TEST(fill_dev_status, counts_what_the_kernel_counts)
+{
+    constexpr uint8_t station[6] = {0x02, 0x56, 0x58, 0xab, 0xcd, 0x10};
+    dev_status before{}, st{};
+    ASSERT_EQ(fill_dev_status("eth1", &before), 0);
+    send_frames("cable1", station, 70, 1000);
+    ASSERT_TRUE(eventually([&] { return kernel_counters("eth1")[1] >= before.rx_packets + 70; }));
+    for (const auto kernel = kernel_counters("eth1"); fill_dev_status("eth1", &st) == 0;)
+        if (kernel == kernel_counters("eth1")) { // nothing came in between
+            EXPECT_EQ(counters(st), kernel);
+            break;
+        }
+    EXPECT_GE(st.rx_bytes - before.rx_bytes, 70'000U - 70 * 14);
+    EXPECT_EQ(st.present, 1);
+}
+
+TEST(fill_dev_status, tells_address_flags_and_link)
+{
+    dev_status st{};
+    ASSERT_EQ(fill_dev_status("br0", &st), 0);
+    EXPECT_STREQ(st.ifname, "br0");
+    EXPECT_STREQ(st.ip_str, "192.0.2.20");
+    EXPECT_STREQ(st.netmask_str, "255.255.255.0");
+    EXPECT_EQ(st.ip, inet_addr("192.0.2.20"));
+    EXPECT_EQ(st.netmask, inet_addr("255.255.255.0"));
+    EXPECT_TRUE(st.flags & IFF_UP);
+    EXPECT_EQ(std::string(reinterpret_cast<char *>(st.hwaddr), 6), std::string("\x02\x56\x58\x00\x10\x01", 6));
+    ASSERT_EQ(fill_dev_status("eth0", &st), 0);
+    EXPECT_EQ(std::tuple(st.speed, st.duplex, st.speed2, st.duplex2), std::tuple(10000U, 1U, 10000U, 1U)) << "veth";
+    EXPECT_STREQ(st.ip_str, "0.0.0.0");
+    EXPECT_EQ(get_ethtool_link_status("eth0"), 1);
+    ip("link add loose type bridge");
+    EXPECT_EQ(get_ethtool_link_status("loose"), 0);
+    EXPECT_EQ(get_ethtool_link_status("eth9"), -1);
+    ip("link del loose");
+}
+
+TEST(fill_dev_status, keeps_what_nobody_answers)
+{
+    for (const char *missing : {"eth9", "", static_cast<const char *>(nullptr)}) {
+        dev_status st{};
+        st.flags = 7;
+        st.hwaddr[0] = 9;
+        st.rx_bytes = 8;
+        st.dhcpc = 1;
+        EXPECT_EQ(fill_dev_status(missing, &st), 0);
+        EXPECT_EQ(std::tuple(st.present, st.flags, st.hwaddr[0], st.rx_bytes, st.dhcpc), std::tuple(0, 7, 9, 8U, 1));
+        EXPECT_EQ(std::tuple(st.speed, st.duplex, st.ip), std::tuple(0U, 255U, 0U));
+        EXPECT_STREQ(st.ip_str, "0.0.0.0");
+        EXPECT_STREQ(st.ifname, missing ? missing : "");
+    }
+}
+
+TEST(fill_dev_status, reads_sixteen_columns)
+{
+    const std::string heading = "Inter-| Receive\n face |bytes\n";
+    const struct {
+        const char *why;
+        std::string file;
+        int result, present;
+        std::array<uint64_t, 9> numbers;
+    } rows[] = {
+        {"the middle columns are left out",
+         heading + " eth00: 1\n \teth0:1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16\n",
+         0,
+         1,
+         {1, 2, 3, 4, 8, 9, 10, 11, 12}},
+        {"any base", heading + "eth0: 0x10 010 18446744073709551615 4", 0, 1, {16, 8, UINT64_MAX, 4, 0, 0, 0, 0, 0}},
+        {"no colon", heading + "eth0 1 2 3\n", 0, 0, {}},
+        {"one line of heading", "eth0: 1 2 3\n", -ENOENT, 0, {}},
+        {"nothing", "", -ENOENT, 0, {}},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.why);
+        the_device.put("/proc/net/dev", row.file);
+        dev_status st{};
+        EXPECT_EQ(fill_dev_status("eth0", &st), row.result);
+        EXPECT_EQ(st.present, row.present);
+        EXPECT_EQ(counters(st), row.numbers);
+    }
+    dev_status st{};
+    the_device.remove("/proc/net/dev");
+    EXPECT_EQ(fill_dev_status("eth0", &st), -1);
+}

@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: MIT
+#include "tests/device/network.h"
+#include "tests/support/captured_log.h"
+
+#include <set>
+
+namespace {
+
+struct visits {
+    std::vector<int> seen; // record numbers, which the records carry where no one looks
+    std::string last_name;
+};
+
+void visit(void *arg, const uint8_t *record, const char *name)
+{
+    auto *to = static_cast<visits *>(arg);
+    to->seen.push_back(record[22] << 8 | record[23]);
+    to->last_name = name;
+}
+
+std::string record(int number, int port)
+{
+    std::string bytes(24, '\0');
+    bytes[6] = char(port);
+    bytes[22] = char(number >> 8);
+    bytes[23] = char(number);
+    return bytes;
+}
+
+void put_port(const std::string &bridge, const std::string &port, const char *number)
+{
+    the_device.put("/sys/class/net/" + bridge + "/brif/" + port + "/port_no", number);
+}
+
+std::vector<int> foreach (const char *prefix, std::vector<const char *> exclude)
+{
+    visits all;
+    exclude.push_back(nullptr);
+    EXPECT_EQ(fdb_foreach(prefix, exclude.data(), visit, &all), 0);
+    std::sort(all.seen.begin(), all.seen.end());
+    return all.seen;
+}
+
+} // namespace
+
+TEST(fdb_foreach, visits_the_bridges_and_ports_that_are_meant)
+{
+    for (const char *bridge : {"br7", "br7.10", "br70"}) {
+        put_port(bridge, "p1", "0x1\n");
+        put_port(bridge, "p2", "2\n");
+        put_port(bridge, "p2.5", "0x5\n");
+        const int base = bridge[3] == '\0' ? 0 : bridge[3] == '.' ? 100 : 200;
+        std::string table;
+        for (const int port : {1, 2, 3, 5})
+            table += record(base + port, port);
+        the_device.put(std::string("/sys/class/net/") + bridge + "/brforward", table + "cut");
+    }
+    using seen = std::vector<int>;
+    EXPECT_EQ(foreach ("br7", {}), (seen{1, 2, 5, 101, 102, 105}));
+    EXPECT_EQ(foreach ("br7.10", {}), (seen{101, 102, 105}));
+    EXPECT_EQ(foreach ("br", {}), seen{});
+    EXPECT_EQ(foreach ("br7", {"p9", "p2"}), (seen{1, 101}));
+    EXPECT_EQ(foreach ("br7", {"p2.5", "p"}), (seen{1, 2, 101, 102}));
+    visits all;
+    EXPECT_EQ(fdb_foreach("br70", nullptr, visit, &all), 0);
+    EXPECT_EQ(all.seen.size(), 3U);
+    EXPECT_TRUE(all.last_name == "p1" || all.last_name == "p2" || all.last_name == "p2.5") << all.last_name;
+    EXPECT_EQ(fdb_foreach(nullptr, nullptr, visit, &all), 0);
+    EXPECT_GE(all.seen.size(), 9U) << "without a prefix every bridge";
+}
+
+TEST(fdb_foreach, counts_sixteen_ports_and_says_so_once)
+{
+    std::string table;
+    for (int port = 1; port <= 20; port++) {
+        put_port("br7", "p" + std::to_string(port), std::to_string(port).c_str());
+        for (int copy = 0; copy < 50; copy++) // more than is read at a time
+            table += record(port, port);
+    }
+    the_device.put("/sys/class/net/br7/brforward", table);
+    put_port("br7.1", "p1", "1");
+    const captured_log standard_error;
+    const std::vector<int> seen = foreach ("br7", {});
+    EXPECT_EQ(seen.size(), 16U * 50);
+    EXPECT_EQ(std::set(seen.begin(), seen.end()).size(), 16U);
+    const std::string warning = "_fdb_foreach_on_bridge: WARN: MAX_ETH_PORTS hit!\n";
+    const std::string missing = "/sys/class/net/br7.1/brforward: No such file or directory\n";
+    EXPECT_THAT(standard_error.text(),
+                testing::AnyOf(warning + missing, missing + warning)); // as the kernel lists them
+}
+
+TEST(fdb_delneigh, makes_the_kernel_forget)
+{
+    constexpr uint8_t station[6] = {0x02, 0x56, 0x58, 0xab, 0xcd, 0x0f};
+    unsigned age, port;
+    const auto is_known = [&] { return get_mac_brinfo("br0", "02:56:58:ab:cd:0f", &age, &port) == 1; };
+    send_frames("cable0", station);
+    ASSERT_TRUE(eventually(is_known));
+    EXPECT_EQ(fdb_delneigh(station, "eth0"), 0);
+    EXPECT_FALSE(is_known());
+    const captured_log standard_error;
+    EXPECT_EQ(fdb_delneigh(station, "eth9"), -ENODEV);
+    EXPECT_EQ(standard_error.text(), "fdb_delneigh: -19 on line 145\n");
+}
+
+TEST(add_ip_neigh_entry, makes_the_kernel_look)
+{
+    EXPECT_EQ(add_ip_neigh_entry("br0", "192.0.2.77"), 0);
+    EXPECT_THAT(the_device.text("/proc/net/arp"), testing::HasSubstr("192.0.2.77 "));
+    EXPECT_EQ(add_ip_neigh_entry("br0", "192.0.2"), -1);
+    EXPECT_EQ(add_ip_neigh_entry("br9", "192.0.2.77"), -1);
+    ip("neigh replace 192.0.2.78 lladdr 02:56:58:00:00:78 dev br0 nud stale");
+    EXPECT_EQ(add_ip_neigh_entry("br0", "192.0.2.78"), 0);
+    char mac[18];
+    EXPECT_EQ(get_mac_by_ip("192.0.2.78", mac, sizeof mac), 1) << "what is known stays";
+}
