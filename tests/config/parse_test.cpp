@@ -30,7 +30,7 @@ std::string parse_by_line(const std::string &text)
     }
     std::string all;
     for (const auto &[key, value] : list)
-        all += key + "=" + value + "\n";
+        all.append(key).append("=").append(value).append("\n");
     return all;
 }
 
