@@ -1626,7 +1626,74 @@ VEXA_API void sha256(const uint8_t *message, uint32_t len, uint8_t digest[32]);
 
 /* ------------------------------------------------------------------------------------------------------------------
  * Encrypted envelope
+ *
+ * What the devices of a site send each other: a header of 40 bytes, big-endian on the wire, and a payload that is
+ * padded, encrypted with AES-128 in CBC mode and protected by the CRC-32 of zlib over the padded plain text. Log tag
+ * "libvexa".
  */
+
+/** The header. gen_payload() leaves it as it goes on the wire, dec_payload() turns it into numbers of the host. The
+ *  payload follows at once. */
+typedef struct envelope {
+    uint32_t magic;       /* 0x22334455 */
+    uint8_t version;      /* 2 */
+    uint8_t flags;        /* 0x02 encrypted, 0x01 plain */
+    uint16_t length;      /* bytes of payload, its padding included */
+    uint16_t method;      /* what the receiver dispatches on */
+    uint16_t type;        /* the sender's */
+    uint8_t iv[16];       /* random; zeros in a plain one */
+    uint8_t device_id[6]; /* of the sender */
+    uint16_t sequence;    /* 12 bits, on the wire above four zero bits */
+    uint32_t crc;         /* 0 in a plain one */
+} envelope;
+
+/** State of the discovery protocol in this process. */
+struct vexa_protocol_ctrl {
+    int32_t initialized;     /* 1 after an init that succeeded */
+    int32_t encrypt;         /* 1 then; what vexa_protocol_client_send() encrypts by */
+    struct in_addr my_ip;    /* of the bridge interface */
+    struct in_addr mcast_ip; /* of the group */
+    int32_t sock;            /* -1 when there is none */
+    uint8_t device_id[6];    /* the serial number */
+    uint8_t key[16];         /* of the site */
+    uint16_t rx_seq;         /* sequence number of the last message accepted */
+    uint16_t tx_seq;         /* of messages to send, its low 12 bits; the host counts it, the library never does */
+};
+
+/**
+ * gen_payload() - a new envelope to send: 40 bytes and as many as its length field says.
+ * @data: @len bytes; may be NULL when there are none.
+ * @encrypt: 1 pads to the next multiple of 16 (a payload that is one grows by 16, an empty one does not) and encrypts.
+ *           Any other value leaves the payload plain, with crc and iv 0; the flags say "encrypted" for all but 0.
+ * @ctx: device_id, key and tx_seq are used.
+ *
+ * Returns: the envelope; NULL for a negative @len, one beyond 65535 with its padding, or without memory (logged).
+ */
+VEXA_API envelope *gen_payload(const void *data, int len, uint16_t method, uint16_t type, int encrypt,
+                               const struct vexa_protocol_ctrl *ctx);
+
+/**
+ * dec_payload() - check, decrypt and unpad a datagram in place.
+ * @len: bytes received.
+ * @pkt: the datagram; of any alignment.
+ * @ctx: key and rx_seq are used; nothing is stored.
+ *
+ * Whether the payload could be decrypted is not looked at: one whose length is no multiple of 16 reaches the CRC as it
+ * came, and its sender need not know the key. Drop such datagrams first.
+ * Returns: 0, and the header's numbers are the host's, its length that of the payload without padding; 1 when it is
+ *          rejected, perhaps half converted; 2 when its sequence number is the last one's, unless the method is 3, 5
+ *          or 6.
+ */
+VEXA_API int dec_payload(int len, envelope *pkt, const struct vexa_protocol_ctrl *ctx);
+
+/**
+ * generate_anonClientId() - the name of a client in reports without names: 30 lower-case hexadecimal digits.
+ * @out: 33 bytes.
+ * @str: what is hashed (SHA-256) behind the address.
+ *
+ * Returns: 0; -EINVAL when @str is empty, with @out untouched.
+ */
+VEXA_API int generate_anonClientId(char *out, const uint8_t mac[6], const char *str);
 
 /* ------------------------------------------------------------------------------------------------------------------
  * Discovery protocol
