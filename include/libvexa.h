@@ -17,7 +17,8 @@
  * Threads    The library makes no thread and takes no lock. State of the process is named where it exists; use it
  *            from one thread, or fill the caches before others start.
  * Process    No signal disposition, locale, umask, directory or environment variable is changed. Descriptors are
- *            opened close-on-exec. Nothing is thrown across this boundary and nothing calls exit().
+ *            opened close-on-exec. Nothing is thrown across this boundary and nothing calls exit(), but where a
+ *            function says so.
  * Log        Failures and notable events are logged under a module tag and the name of the function concerned, as
  *            far as libvexa_log_level lets them through. Logging keeps errno.
  */
@@ -42,6 +43,12 @@ extern "C" {
 
 /* A JSON value of jansson; include <jansson.h> to look inside. */
 typedef struct json_t json_t;
+
+/** A circular, doubly linked list: the head, and first in each entry its links. An empty head links to itself. */
+typedef struct vexa_list {
+    struct vexa_list *next;
+    struct vexa_list *prev;
+} vexa_list;
 
 /* ------------------------------------------------------------------------------------------------------------------
  * Logging
@@ -1487,7 +1494,90 @@ VEXA_API int pci_detect(pci_dev *out, int max, uint16_t vendor);
 
 /* ------------------------------------------------------------------------------------------------------------------
  * Memory and connection tracking
+ *
+ * No state. Log tag "libvexa_proc".
  */
+
+/** Memory counters in kB, by the keys of "/proc/meminfo". */
+typedef struct vexa_meminfo {
+    uint64_t mem_total;
+    uint64_t mem_free;
+    uint64_t mem_available;
+    uint64_t buffers;
+    uint64_t cached;
+    uint64_t active;
+    uint64_t inactive;
+    uint64_t active_anon;
+    uint64_t inactive_anon;
+    uint64_t active_file;
+    uint64_t inactive_file;
+    uint64_t unevictable;
+    uint64_t mlocked;
+    uint64_t dirty;
+    uint64_t writeback;
+    uint64_t anon_pages;
+    uint64_t mapped;
+    uint64_t shmem;
+    uint64_t slab;
+    uint64_t s_reclaimable;
+    uint64_t s_unreclaim;
+    uint64_t kernel_stack;
+    uint64_t page_tables;
+    uint64_t commit_limit;
+    uint64_t committed_as;
+    double used_percent; /* of mem_total, what is not available; 0.0 without a total, negative above it */
+} vexa_meminfo;
+
+/** A host of the connection-tracking table. Borrowed from the ranking. */
+typedef struct conntrack_host {
+    const char *address;
+    uint32_t count;              /* as source and as destination of flows */
+    struct conntrack_host *next; /* the next in the ranking; NULL at the end */
+} conntrack_host;
+
+typedef struct conntrack_hosts {
+    conntrack_host *first; /* the host that was met most often; of equal ones the one met first. NULL without any */
+    uint32_t count;        /* of hosts */
+} conntrack_hosts;
+
+/**
+ * meminfo() - memory counters of the running kernel.
+ * @m: untouched on failure.
+ *
+ * Reads:   "/proc/meminfo" in pieces of 31 characters, until each counter was found; one that the kernel does not
+ *          print stays 0. A piece without a colon is logged as an error.
+ * Returns: 0; -1 when the file cannot be opened (logged).
+ */
+VEXA_API int meminfo(vexa_meminfo *m);
+
+/** vexa_meminfo_to_obj() - new JSON object of the 25 counters, in their order under the keys of "/proc/meminfo"; the
+ *  percentage is left out. NULL without memory (logged). */
+VEXA_API json_t *vexa_meminfo_to_obj(const vexa_meminfo *m);
+
+struct sysinfo;
+
+/**
+ * get_memused_percent() - what is not free, in percent of all memory, by the caller's record of sysinfo().
+ *
+ * Reads:   "/proc/meminfo", only to learn whether it can be read: without it the result has no meaning.
+ * Returns: the percentage, not that of vexa_meminfo: what is available and not free counts as used. 0 for a record
+ *          without a total.
+ */
+VEXA_API float get_memused_percent(const struct sysinfo *si);
+
+/**
+ * get_top_conntrack_hosts() - the hosts of the connection-tracking table, ranked by how often they occur.
+ *
+ * Reads:   "/proc/net/nf_conntrack": of each line that begins with "ipv4" or "ipv6" the first "src=" and the first
+ *          "dst=", each up to a blank. A line longer than 319 characters is taken in such pieces.
+ * Returns: a new ranking for free_conntrack_hosts(); NULL when the file cannot be opened or memory runs out (logged).
+ * Errors:  a host without memory is left out (logged). Without memory for the buckets of its hash table the process
+ *          ends with exit(-1).
+ */
+VEXA_API conntrack_hosts *get_top_conntrack_hosts(void);
+
+/** free_conntrack_hosts() - release a ranking with its hosts; NULL is allowed. */
+VEXA_API void free_conntrack_hosts(conntrack_hosts *h);
 
 /* ------------------------------------------------------------------------------------------------------------------
  * System bus and power devices
@@ -1495,7 +1585,77 @@ VEXA_API int pci_detect(pci_dev *out, int max, uint16_t vendor);
 
 /* ------------------------------------------------------------------------------------------------------------------
  * Guest portals
+ *
+ * The guest-access daemon publishes a directory for each portal below "/var/run/guest/portal". Lists are items
+ * separated by line feeds or commas; an item matches as a whole and with case, and an empty one never does. Nothing
+ * refreshes a portal but reading it again. Log tag "guest_portals".
  */
+
+typedef struct guest_portal {
+    vexa_list links;
+    char name[32];      /* of the directory, cut to 31 characters */
+    buffer *authorized; /* owned text of the file of that name: hardware addresses of clients; NULL without the file */
+    buffer *devnames;   /* names of interfaces */
+    buffer *vlans;      /* numbers */
+} guest_portal;
+
+/** Portals in the order they were added. It owns them, and they come from malloc(). */
+typedef struct guest_portal_set {
+    vexa_list portals;
+} guest_portal_set;
+
+/** guest_portal_init() - start with an empty record. */
+VEXA_API void guest_portal_init(guest_portal *p);
+
+/** guest_portal_clear() - release the lists. The name stays; clearing again is harmless. */
+VEXA_API void guest_portal_clear(guest_portal *p);
+
+/**
+ * guest_portal_read() - take name and lists of a portal; earlier ones are released.
+ * @name: of the directory, of any length. One with a slash, "." and ".." are no portals.
+ *
+ * Reads:   the files "authorized", "devnames" and "vlans" of the directory, without following a symbolic link. What is
+ *          no regular file reads as empty.
+ * Errors:  a file that cannot be opened leaves its list NULL (a debug line); without memory the list is NULL or ends
+ *          early (logged).
+ */
+VEXA_API void guest_portal_read(guest_portal *p, const char *name);
+
+/** guest_portal_is_auth() - 1 when the portal has authorized a client; 0 for a NULL portal. */
+VEXA_API int guest_portal_is_auth(const guest_portal *p, const char *mac);
+
+/** guest_portal_has_device() - 1 when an interface belongs to the portal; 0 for a NULL portal. */
+VEXA_API int guest_portal_has_device(const guest_portal *p, const char *dev);
+
+/** guest_portal_set_init() - start with an empty set. */
+VEXA_API void guest_portal_set_init(guest_portal_set *set);
+
+/** guest_portal_set_clear() - remove and release every portal. */
+VEXA_API void guest_portal_set_clear(guest_portal_set *set);
+
+/** guest_portal_set_add() - add a portal from malloc() at the end; stolen. */
+VEXA_API void guest_portal_set_add(guest_portal_set *set, guest_portal *p);
+
+/**
+ * guest_portal_set_read() - add a portal for every entry of the portal directory.
+ *
+ * Errors:  logged when the directory cannot be opened or there is no memory for a portal. An entry that is no
+ *          directory becomes a portal without lists.
+ */
+VEXA_API void guest_portal_set_read(guest_portal_set *set);
+
+/** guest_portal_set_count() - portals of the set. */
+VEXA_API int guest_portal_set_count(const guest_portal_set *set);
+
+/** guest_portal_from_device() - borrowed portal that an interface belongs to, the last one added; NULL for none. */
+VEXA_API guest_portal *guest_portal_from_device(const guest_portal_set *set, const char *dev);
+
+/** guest_portal_from_name() - borrowed portal of that name, the last one added; NULL for none. */
+VEXA_API guest_portal *guest_portal_from_name(const guest_portal_set *set, const char *name);
+
+/** guest_portal_from_vlan() - borrowed portal that lists a VLAN, the last one added; NULL for none and for a negative
+ *  number. */
+VEXA_API guest_portal *guest_portal_from_vlan(const guest_portal_set *set, int vlan);
 
 /* ------------------------------------------------------------------------------------------------------------------
  * Environment and analytics settings

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "tests/support/captured_log.h"
 #include "tests/support/device.h"
 
 #include <jansson.h>
@@ -82,6 +83,34 @@ const reader readers[] = {
     {"system_dhcp_status", {"/var/run/dhcpc.last_state"}, system_dhcp_status, {0}},
     {"system_internet_status", {"/var/run/system.internet"}, system_internet_status, {-1, 0}},
     {"get_uptime_from_proc", {"/proc/uptime"}, [] { return int(get_uptime_from_proc()); }, {-1}},
+    {"get_top_conntrack_hosts",
+     {"/proc/net/nf_conntrack"},
+     [] {
+         conntrack_hosts *hosts = get_top_conntrack_hosts();
+         const int count = hosts ? int(hosts->count) : 0;
+         free_conntrack_hosts(hosts);
+         return count;
+     },
+     {0}},
+    {"meminfo",
+     {"/proc/meminfo"},
+     [] {
+         const captured_log none{0}; // there would be a line for each piece
+         vexa_meminfo m;
+         return meminfo(&m);
+     },
+     {-1, 0}},
+    {"guest_portal_has_device",
+     {"/var/run/guest/portal/p/devnames"},
+     [] {
+         guest_portal p;
+         guest_portal_init(&p);
+         guest_portal_read(&p, "p");
+         const int found = guest_portal_has_device(&p, "ra0");
+         guest_portal_clear(&p);
+         return found;
+     },
+     {0}},
     {"is_qm_setup_complete", {"/etc/persistent/cfg/mgmt"}, is_qm_setup_complete, {0}},
     {"get_trel_env", {"/tmp/system.cfg", "/etc/persistent/cfg/mgmt"}, get_trel_env, {0}},
 };

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <libvexa.h>
+#include <type_traits>
+
+// The circular lists of the public header. The links stand first in each entry.
+
+inline void list_init(vexa_list *head)
+{
+    head->next = head->prev = head;
+}
+
+inline void list_insert(vexa_list *link, vexa_list *prev, vexa_list *next)
+{
+    link->prev = prev;
+    link->next = next;
+    prev->next = link;
+    next->prev = link;
+}
+
+inline void list_add_front(vexa_list *head, vexa_list *link)
+{
+    list_insert(link, head, head->next);
+}
+
+inline void list_add_tail(vexa_list *head, vexa_list *link)
+{
+    list_insert(link, head->prev, head);
+}
+
+inline void list_remove(vexa_list *link)
+{
+    link->prev->next = link->next;
+    link->next->prev = link->prev;
+    list_init(link);
+}
+
+template <typename Entry>
+Entry *entry_of(vexa_list *link)
+{
+    static_assert(std::is_standard_layout_v<Entry> && offsetof(Entry, links) == 0);
+    return reinterpret_cast<Entry *>(link);
+}
+
+// The first entry, unlinked; null when the list is empty.
+template <typename Entry>
+Entry *list_take_first(vexa_list *head)
+{
+    vexa_list *first = head->next;
+    if (first == head)
+        return nullptr;
+    list_remove(first);
+    return entry_of<Entry>(first);
+}
