@@ -6,6 +6,7 @@ include(cmake/exports.cmake)
 find_package(PkgConfig REQUIRED)
 find_package(ZLIB REQUIRED)
 pkg_check_modules(JANSSON REQUIRED IMPORTED_TARGET jansson)
+pkg_check_modules(LIBEVENT REQUIRED IMPORTED_TARGET libevent_core)
 
 add_library(vexa_warnings INTERFACE)
 target_compile_options(vexa_warnings INTERFACE -Wall -Wextra -Wshadow -Wconversion)
@@ -23,7 +24,7 @@ target_compile_options(vexa_objects PRIVATE
 target_include_directories(vexa_objects
     PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
     PRIVATE ${PROJECT_SOURCE_DIR})
-target_link_libraries(vexa_objects PRIVATE vexa_warnings PkgConfig::JANSSON ZLIB::ZLIB)
+target_link_libraries(vexa_objects PRIVATE vexa_warnings PkgConfig::JANSSON PkgConfig::LIBEVENT ZLIB::ZLIB)
 
 # In the order in which a folder may include another: only from those before it.
 foreach(folder core config device crypto messaging wireless reporting)
@@ -46,7 +47,7 @@ set_target_properties(vexa PROPERTIES
     LINK_DEPENDS ${version_script})
 target_include_directories(vexa PUBLIC
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
-target_link_libraries(vexa PRIVATE PkgConfig::JANSSON ZLIB::ZLIB)
+target_link_libraries(vexa PRIVATE PkgConfig::JANSSON PkgConfig::LIBEVENT ZLIB::ZLIB)
 target_link_options(vexa PRIVATE
     # clang leaves the sanitizers' runtime to the program
     -Wl,--version-script=${version_script} $<$<NOT:$<BOOL:${VEXA_FUZZ}>>:-Wl,-z,defs> -Wl,-z,relro -Wl,-z,now -Wl,--as-needed -Wl,--gc-sections

@@ -21,5 +21,6 @@
 // For a helper that speaks for the function that called it.
 #define log_err_as(func, ...) VEXA_LOG(1, LOG_ERR, func, __VA_ARGS__)
 #define log_warn_as(func, ...) VEXA_LOG(2, LOG_WARNING, func, __VA_ARGS__)
+#define log_info_as(func, ...) VEXA_LOG(4, LOG_INFO, func, __VA_ARGS__)
 #define log_debug_as(func, ...) VEXA_LOG(8, LOG_DEBUG, func, __VA_ARGS__)
 #define log_verbose_as(func, ...) VEXA_LOG(16, LOG_DEBUG, func, __VA_ARGS__)

@@ -1857,7 +1857,72 @@ VEXA_API int generate_anonClientId(char *out, const uint8_t mac[6], const char *
 
 /* ------------------------------------------------------------------------------------------------------------------
  * Discovery protocol
+ *
+ * Envelopes by multicast on UDP port 48000, between the devices of a site. One context per process, used from one
+ * thread; what arrives is handled on the caller's libevent loop. Log tag "vexa_protocol".
+ *
+ * A listener calls vexa_protocol_init(1), vexa_protocol_init_recv(), and vexa_protocol_deinit() at the end. Who only
+ * sends now and then calls vexa_protocol_client_init() and vexa_protocol_client_send(). Every init starts with a clear
+ * context and releases nothing: call vexa_protocol_deinit() before another one.
  */
+
+struct event_base; /* of libevent */
+
+/** The context. A host writes tx_seq before it sends (receivers drop a message whose number is the last one's) and
+ *  leaves the rest alone. */
+VEXA_API extern struct vexa_protocol_ctrl vexa_protocol_ctrl;
+
+/** What is called for the messages of a method. A table ends with an entry without callback. */
+typedef struct vexa_protocol_handler {
+    /** @payload: borrowed for the call; a zero follows the datagram. The envelope's header, in the order of the host,
+     *  lies right before it and tells the payload's length. The handler may call anything here, also
+     *  vexa_protocol_deinit(); after that, or another init, no further handler is called. */
+    void (*callback)(const void *payload);
+    uint32_t method;
+} vexa_protocol_handler;
+
+/**
+ * vexa_protocol_init() - prepare to send and, when @listen is not 0, to receive.
+ *
+ * Reads:   "serialno" of "/proc/vexahal/system.info" for the device's id; "corvo.key" (32 hexadecimal digits) and
+ *          "corvo.mcip" (the group) of "/var/run/vexa_protocol.info"; the address of the bridge in
+ *          "/var/run/ipready.br0". Without an address the group is joined on the SIGUSR1 that follows it.
+ * @listen: 0 takes the key only and makes no socket; the group may be missing then.
+ * Returns: 0; -1 (logged), and then everything is torn down.
+ */
+VEXA_API int vexa_protocol_init(int listen);
+
+/**
+ * vexa_protocol_init_recv() - receive on an event loop.
+ * @base: borrowed until vexa_protocol_deinit(). SIGUSR1 comes to the library through it, to look at the address again.
+ * @table: borrowed until then, too; NULL for none. Every entry of a message's method is called, in order.
+ *
+ * Datagrams of more than 512 bytes, and those that do not open, are dropped (logged).
+ * Returns: 0.
+ */
+VEXA_API int vexa_protocol_init_recv(struct event_base *base, const vexa_protocol_handler *table);
+
+/** vexa_protocol_deinit() - leave the group, close the socket, free the events and clear the context. */
+VEXA_API void vexa_protocol_deinit(void);
+
+/**
+ * vexa_protocol_send() - send one envelope to the group; the arguments are those of gen_payload().
+ *
+ * Returns: bytes of the datagram; -1 on failure (logged).
+ */
+VEXA_API int vexa_protocol_send(const void *data, int len, uint16_t method, uint16_t type, int encrypt);
+
+/** vexa_protocol_client_init() - prepare for vexa_protocol_client_send(): like vexa_protocol_init(0), but from
+ *  "/tmp/system.cfg", and the group must be there (what is wrong with its text is found out by sending). */
+VEXA_API int vexa_protocol_client_init(void);
+
+/** vexa_protocol_client_send() - send one message of type 3 through a socket of its own. That of a listener is closed
+ *  before; afterwards there is none. Failures are logged. */
+VEXA_API void vexa_protocol_client_send(const void *data, int len, uint16_t method);
+
+/** vexa_protocol_client_event_mesh_halt_send() - tell the group that this device's mesh halts: method 6, the
+ *  device's id and the numbers 600 and 4 as 32-bit big-endian. */
+VEXA_API void vexa_protocol_client_event_mesh_halt_send(void);
 
 /* ------------------------------------------------------------------------------------------------------------------
  * Framed socket messages
