@@ -3,11 +3,13 @@
 #include "tests/support/captured_log.h"
 #include "tests/support/device.h"
 #include "tests/support/other_network.h"
+#include "tests/support/program.h"
 
 #include <arpa/inet.h>
 #include <csignal>
 #include <event2/event.h>
 #include <filesystem>
+#include <future>
 
 namespace {
 
@@ -80,7 +82,7 @@ struct peer {
         sealed other;
         other.method = method;
         other.type = type;
-        other.sequence = vexa_protocol_ctrl.tx_seq;
+        other.sequence = last = uint16_t((datagram[34] << 8 | datagram[35]) >> 4);
         other.device_id = from_hex("025658001001");
         other.iv.assign(datagram.begin() + 12, datagram.begin() + 28);
         other.padded = other.crypt({datagram.begin() + 40, datagram.end()}, 0);
@@ -89,6 +91,7 @@ struct peer {
     }
 
     unique_fd fd;
+    mutable uint16_t last = 0; // sequence number heard
 };
 
 std::string heard;
@@ -270,6 +273,7 @@ TEST(vexa_protocol, joins_when_the_address_comes_and_follows_it)
     vexa_protocol_ctrl.tx_seq = 77;
     EXPECT_EQ(vexa_protocol_send("answer", 6, 9, 2, 1), 56);
     EXPECT_EQ(other.hear(9, 2), "answer");
+    EXPECT_EQ(other.last, 77);
     signal("192.0.2.99", 13); // not ours
     EXPECT_EQ(log.text(),
               begin + got + is + "192.0.2.20\n" +
@@ -341,6 +345,7 @@ TEST(vexa_protocol_client, sends_single_messages)
     vexa_protocol_ctrl.tx_seq = 0xfff;
     vexa_protocol_client_send("{}", 2, 4);
     EXPECT_EQ(other.hear(4, 3), "{}");
+    EXPECT_EQ(other.last, 0xfff);
     vexa_protocol_client_event_mesh_halt_send();
     const bytes halt = from_hex("025658001001"
                                 "00000258"
@@ -358,4 +363,17 @@ TEST(vexa_protocol_client, sends_single_messages)
               "[error] vexa_protocol.vexa_protocol_send(): fill_vexa_payload fail\n"
               "[error] vexa_protocol.vexa_protocol_client_init(): no corvo.mcip\n"
               "[error] vexa_protocol.vexa_protocol_client_init(): could not start vexa-protocol\n");
+}
+
+TEST(discovery_daemon, greets_and_answers)
+{
+    const peer other;
+    auto daemon = std::async(std::launch::async, [] { return run_program({DISCOVERY_DAEMON, "1"}); });
+    EXPECT_EQ(other.hear(1, 1), "ap-lobby");
+    other.say("good morning", 1, 1);
+    EXPECT_EQ(other.hear(2, 1), "ap-lobby");
+    const finished done = daemon.get();
+    EXPECT_EQ(done.status, 0) << done.err;
+    EXPECT_EQ(done.out, "hello from 025658000001: good morning\n");
+    EXPECT_THAT(done.err, testing::HasSubstr("vexa_protocol.vexa_protocol_init(): vexa_protocol init done\n"));
 }

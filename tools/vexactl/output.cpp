@@ -158,10 +158,11 @@ int output::write(const std::string &text)
     return write_error_ == 0 ? status_ok : status_unavailable;
 }
 
-void output::flush()
+int output::flush()
 {
     if (fflush(stdout) != 0)
         note_write_error();
+    return write_error_ == 0 ? status_ok : status_unavailable;
 }
 
 void output::note_write_error()
@@ -172,7 +173,7 @@ void output::note_write_error()
 
 int output::finish()
 {
-    flush();
+    (void)flush();
     if (close(STDOUT_FILENO) < 0) // some file systems tell only now that nothing was stored
         note_write_error();
     if (write_error_ == 0)

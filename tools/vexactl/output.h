@@ -55,10 +55,10 @@ public:
 
     bool for_people() const { return format_ == output_format::table; }
     int write(const std::string &text);
+    int flush();
     int finish(); // nothing may be written after it
 
 private:
-    void flush();
     void note_write_error();
     std::string for_people(const answer &what, size_t indent) const;
     std::string record(const answer &what, size_t indent) const;

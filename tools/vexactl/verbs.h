@@ -29,6 +29,8 @@ struct verb {
 using verb_family = std::span<const verb>;
 extern const verb_family completion_family;
 extern const verb_family config_family;
+extern const verb_family discover_family;
+extern const verb_family envelope_family;
 extern const verb_family interface_family;
 extern const verb_family lock_family;
 extern const verb_family log_family;
