@@ -1490,7 +1490,116 @@ VEXA_API int pci_detect(pci_dev *out, int max, uint16_t vendor);
 
 /* ------------------------------------------------------------------------------------------------------------------
  * Processes, descriptors and sockets
+ *
+ * A snapshot of "/proc", taken in one call and not updated. No state. Log tag "libvexa_proc".
  */
+
+enum vexa_fd_type { VEXA_FD_UNKNOWN, VEXA_FD_FILE, VEXA_FD_ANON, VEXA_FD_PIPE, VEXA_FD_SOCKET };
+
+enum vexa_socket_kind {
+    VEXA_SOCKET_UNKNOWN,
+    VEXA_SOCKET_UNIX,
+    VEXA_SOCKET_TCP,
+    VEXA_SOCKET_TCP6,
+    VEXA_SOCKET_UDP,
+    VEXA_SOCKET_UDP6
+};
+
+/** A socket of the network namespace that the snapshot was taken in. Owned by the snapshot. */
+typedef struct vexa_socket {
+    uint32_t inode;
+    uint32_t kind; /* vexa_socket_kind */
+    union {
+        struct {
+            uint32_t local_port;  /* 0 when unbound */
+            uint32_t remote_port; /* 0 when unconnected */
+            uint32_t state;       /* 0 unknown; 1 established to 12, the kernel's numbers. Of UDP only 1 and 7 */
+        } ip;
+        struct {
+            uint32_t refcnt;
+            uint32_t type;  /* 0 unknown, 1 stream, 2 datagram, 3 raw, 4 reliable datagram, 5 sequenced packets */
+            uint32_t state; /* 0 unknown, 2 unconnected, 3 listening, 4 connecting, 5 connected, 6 disconnecting */
+            char *path;     /* to the first blank; NULL for none. "@" stands for a zero byte */
+        } un;
+    };
+} vexa_socket;
+
+/** A descriptor of a process. */
+typedef struct vexa_ps_fd {
+    vexa_list links;
+    uint32_t fd_type; /* vexa_fd_type */
+    union {
+        char *link;                /* owned target of a file, an anonymous file or a pipe */
+        const vexa_socket *socket; /* NULL when it was not found: it is of another kind or network namespace */
+    };
+} vexa_ps_fd;
+
+typedef struct vexa_ps_entry {
+    vexa_list links;
+    int32_t pid;
+    char *comm; /* name of the command, any bytes; owned */
+    char state; /* 'R', 'S', 'Z', ... */
+    int32_t ppid;
+    unsigned long vsz; /* KiB */
+    long rss;          /* KiB */
+    char *cmdline;     /* words with blanks between them, the first 1023 characters; owned, NULL for none */
+    int32_t fd_count;  /* -1 when they cannot be listed, -2 when listing them failed half-way */
+    vexa_list fds;     /* of vexa_ps_fd, in the order opposite to the kernel's */
+} vexa_ps_entry;
+
+/** The sockets of a snapshot by their inodes. */
+typedef struct vexa_socket_table vexa_socket_table;
+
+typedef struct vexa_ps_list {
+    vexa_list entries; /* of vexa_ps_entry, in the order of "/proc" */
+    uint32_t count;
+    vexa_socket_table *sockets; /* NULL without descriptors */
+} vexa_ps_list;
+
+/**
+ * vexa_ps_filter() - a snapshot of the processes.
+ * @with_fds: non-zero lists descriptors, too; 0 only counts them.
+ * @filter: called with @arg for each finished entry; the result 1 drops it. NULL keeps all.
+ *
+ * Reads:   of each process "stat" (the last ")" ends the name, which may hold anything, line feeds too), "cmdline" and
+ *          "fd"; with descriptors first "/proc/net/unix", "tcp", "tcp6", "udp" and "udp6", once. A link target of 386
+ *          and more characters, or one that ends in ":[number]" and begins with none of "a", "p" and "s", is left out.
+ * Returns: a new snapshot for vexa_ps_list_free() or vexa_ps_list_to_array(); NULL when "/proc" cannot be opened or
+ *          memory runs out (logged).
+ * Errors:  a process that ends meanwhile is left out; a process, descriptor or socket without memory is left out
+ *          (logged; for a socket with a line on standard output). Without memory for the buckets of its hash table
+ *          the process ends with exit(-1).
+ */
+VEXA_API vexa_ps_list *vexa_ps_filter(int with_fds, int (*filter)(vexa_ps_entry *entry, void *arg), void *arg);
+
+/** vexa_ps() - the same as vexa_ps_filter(0, NULL, NULL). */
+VEXA_API vexa_ps_list *vexa_ps(void);
+
+/** vexa_ps_list_free() - release a snapshot; NULL is allowed. */
+VEXA_API void vexa_ps_list_free(vexa_ps_list *list);
+
+/**
+ * vexa_fds_to_array() - the descriptors of a process.
+ *
+ * Shapes:  {fd_type: "unknown", "file", "anon", "pipe" or "socket"}; with {link} for a file, an anonymous file or a
+ *          pipe; for a socket that was found with {socket_type: "unix", "tcp", "tcp6", "udp" or "udp6", socket}.
+ *          socket: {local_port, remote_port, state}, a port of 0 being "*"; of a unix socket {refcnt, type, path,
+ *          state}, without "path" when it has none. Bytes that are no UTF-8 become U+FFFD.
+ * Returns: a new array; NULL without memory (logged).
+ */
+VEXA_API json_t *vexa_fds_to_array(vexa_ps_entry *entry);
+
+/**
+ * vexa_ps_list_to_array() - the processes of a snapshot.
+ * @list: stolen; NULL gives an empty array.
+ *
+ * Shapes:  {pid, ppid, vsz, rss, stat, fd_count, comm, fds: [vexa_fds_to_array()]}; vsz and rss in KiB.
+ * Returns: a new array; NULL without memory (logged). A process without memory is left out (logged).
+ */
+VEXA_API json_t *vexa_ps_list_to_array(vexa_ps_list *list);
+
+/** vexa_ps_array() - the same as vexa_ps_list_to_array(vexa_ps()). */
+VEXA_API json_t *vexa_ps_array(void);
 
 /* ------------------------------------------------------------------------------------------------------------------
  * Memory and connection tracking
