@@ -57,7 +57,7 @@ TEST(lookups, give_the_default_when_memory_runs_out)
 {
     const config cfg = config_of("k=1$\n");
     const captured_log log;
-    for (const size_t after : {0, 1}) {
+    for (const size_t after : {0U, 1U}) {
         const failing_memory memory{after};
         EXPECT_STREQ(get_esc_value(cfg.get(), "def", "k"), "def");
     }

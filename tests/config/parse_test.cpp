@@ -85,7 +85,7 @@ TEST(parse_stream, agrees_with_a_reading_by_line_from_where_the_stream_stands)
         ASSERT_EQ(lines(config_of(std::move(stream))), parse_by_line(whole_lines)) << "a broken stream: " << text;
     }
     std::string text;
-    for (const size_t size : {16380, 32763, 32764, 32765, 1000000})
+    for (const size_t size : {16380U, 32763U, 32764U, 32765U, 1000000U})
         text += "k=" + std::string(size, 'v') + "\n";
     EXPECT_TRUE(lines(config_of(text)) == text) << "lines about as long as a piece, and longer";
 }

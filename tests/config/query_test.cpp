@@ -69,7 +69,7 @@ TEST(queries, log_what_they_cannot_do_and_give_what_they_have)
     EXPECT_EQ(get_cfg_section_count(cfg.get(), "", nullptr, "radio."), 0U);
     EXPECT_EQ(get_cfg_section_count(cfg.get(), ".mode", nullptr, "%s", "radio"), 0U);
     cfg_it *some;
-    for (const size_t after : {0, 3}) {
+    for (const size_t after : {0U, 3U}) {
         const failing_memory memory{after};
         some = get_cfg_it(cfg.get(), 0, "radio");
         EXPECT_EQ(get_cfg_section_count(cfg.get(), nullptr, nullptr, "radio."), 0U);

@@ -45,7 +45,7 @@ TEST(aes_cbc_encrypt_128, agrees_with_openssl_and_comes_back)
 TEST(aes_cbc_encrypt_128, leaves_alone_what_is_not_whole_blocks)
 {
     const bytes key(16), plain = random_bytes(32);
-    for (const size_t len : {0, 1, 15, 17, 31}) {
+    for (const size_t len : {0U, 1U, 15U, 17U, 31U}) {
         SCOPED_TRACE(len);
         bytes data = plain;
         EXPECT_EQ(aes_cbc_encrypt_128(key.data(), key.data(), data.data(), len), len == 0 ? 0 : -1);

@@ -45,7 +45,7 @@ int open(const bytes &datagram, const struct vexa_protocol_ctrl &ctx, std::strin
 TEST(gen_payload, is_byte_for_byte_what_others_build)
 {
     sealed other;
-    for (const size_t size : {1, 15, 16, 17, 500, 65519}) {
+    for (const size_t size : {1U, 15U, 16U, 17U, 500U, 65519U}) {
         SCOPED_TRACE(size);
         const bytes plain = random_bytes(size), made = seal(plain, 1, context());
         ASSERT_GE(made.size(), 40u);
