@@ -26,6 +26,9 @@ target_include_directories(vexa_objects
     PRIVATE ${PROJECT_SOURCE_DIR})
 target_link_libraries(vexa_objects PRIVATE vexa_warnings PkgConfig::JANSSON PkgConfig::LIBEVENT ZLIB::ZLIB)
 
+include(cmake/bus_client.cmake)
+target_link_libraries(vexa_objects PRIVATE vexa_bus_client)
+
 # In the order in which a folder may include another: only from those before it.
 foreach(folder core config device crypto messaging wireless reporting)
     if(EXISTS ${PROJECT_SOURCE_DIR}/${folder}/CMakeLists.txt)
@@ -47,7 +50,7 @@ set_target_properties(vexa PROPERTIES
     LINK_DEPENDS ${version_script})
 target_include_directories(vexa PUBLIC
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
-target_link_libraries(vexa PRIVATE PkgConfig::JANSSON PkgConfig::LIBEVENT ZLIB::ZLIB)
+target_link_libraries(vexa PRIVATE PkgConfig::JANSSON PkgConfig::LIBEVENT ZLIB::ZLIB vexa_bus_client)
 target_link_options(vexa PRIVATE
     # clang leaves the sanitizers' runtime to the program
     -Wl,--version-script=${version_script} $<$<NOT:$<BOOL:${VEXA_FUZZ}>>:-Wl,-z,defs> -Wl,-z,relro -Wl,-z,now -Wl,--as-needed -Wl,--gc-sections

@@ -4,7 +4,7 @@
 #include <libvexa.h>
 #include <type_traits>
 
-// The circular lists of the public header. The links stand first in each entry.
+// The circular lists of the public header. An entry's links are its member `links`.
 
 inline void list_init(vexa_list *head)
 {
@@ -39,8 +39,8 @@ inline void list_remove(vexa_list *link)
 template <typename Entry>
 Entry *entry_of(vexa_list *link)
 {
-    static_assert(std::is_standard_layout_v<Entry> && offsetof(Entry, links) == 0);
-    return reinterpret_cast<Entry *>(link);
+    static_assert(std::is_standard_layout_v<Entry>);
+    return reinterpret_cast<Entry *>(reinterpret_cast<char *>(link) - offsetof(Entry, links));
 }
 
 // The first entry, unlinked; null when the list is empty.

@@ -12,3 +12,4 @@ inline constexpr char path_inform_profile_lock[] = "/var/run/inform-profile.lock
 inline constexpr char path_mgmt_cfg[] = "/etc/persistent/cfg/mgmt";
 inline constexpr char path_ip_ready[] = "/var/run/ipready.br0";
 inline constexpr char path_system_info[] = "/proc/vexahal/system.info";
+inline constexpr char path_bus_socket[] = "/var/run/ubus.sock";

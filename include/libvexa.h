@@ -44,7 +44,7 @@ extern "C" {
 /* A JSON value of jansson; include <jansson.h> to look inside. */
 typedef struct json_t json_t;
 
-/** A circular, doubly linked list: the head, and first in each entry its links. An empty head links to itself. */
+/** A circular, doubly linked list: the head, and in each entry its links. An empty head links to itself. */
 typedef struct vexa_list {
     struct vexa_list *next;
     struct vexa_list *prev;
@@ -1690,7 +1690,127 @@ VEXA_API void free_conntrack_hosts(conntrack_hosts *h);
 
 /* ------------------------------------------------------------------------------------------------------------------
  * System bus and power devices
+ *
+ * A connection to the system bus on the host's libevent loop, which finds its way back after a loss; and the state of
+ * the power outlets and supplies that other daemons publish there. All of it belongs to the loop's thread.
  */
+
+struct event;
+struct event_base;
+struct ubus_context;
+struct blob_attr;
+
+/** vexa_ubus_interface_t.flags: the service is not looked up by itself. */
+#define VEXA_UBUS_NO_LOOKUP (1u << 0)
+/** vexa_ubus_interface_t.flags: keep trying when the first connection fails. */
+#define VEXA_UBUS_RETRY (1u << 1)
+
+typedef struct vexa_ubus_interface vexa_ubus_interface_t;
+
+/** A bus connection, made by vexa_ubus_create(). Hosts read it and change nothing but what the bus client lets them. */
+struct vexa_ubus_interface {
+    struct event_base *base;
+    struct ubus_context *ctx; /* NULL until the first connection; a lost one stays for its reconnection */
+    struct event *read_event; /* NULL while disconnected */
+    char *service;
+    char *socket_path;
+    uint32_t service_id; /* 0 while unknown; new after each reconnection */
+    struct event *timer; /* NULL while connected */
+    unsigned flags;
+    void (*on_connect)(vexa_ubus_interface_t *iface); /* NULL for none */
+    void (*on_close)(vexa_ubus_interface_t *iface);   /* NULL for none */
+    vexa_list links;
+};
+
+/**
+ * vexa_ubus_init() - forget every interface and allow vexa_ubus_shutdown().
+ *
+ * State:   the process-wide list of interfaces. One that exists lives on for its owner to close.
+ * Returns: 0.
+ */
+VEXA_API int vexa_ubus_init(void);
+
+/**
+ * vexa_ubus_create() - connect to the bus and stay connected.
+ * @socket_path: such as "/var/run/ubus.sock", shorter than 108 characters; copied.
+ * @service: name of the object to look up; copied.
+ * @flags: VEXA_UBUS_NO_LOOKUP, VEXA_UBUS_RETRY.
+ * @on_connect: called when a connection is made, not when a lost one is mended. It may close the interface.
+ * @on_close: called once, before the interface is released.
+ *
+ * After a loss the interface tries again each second; then the service is looked up anew. A look-up that fails leaves
+ * the connection in place.
+ *
+ * Returns: new, for vexa_ubus_close(); NULL (logged as an error) when an argument is missing, memory runs out, the
+ *          connection fails without VEXA_UBUS_RETRY, or the loop refuses the event; NULL, too, when @on_connect
+ *          closed it.
+ */
+VEXA_API vexa_ubus_interface_t *vexa_ubus_create(struct event_base *base, const char *socket_path, const char *service,
+                                                 unsigned flags, void (*on_connect)(vexa_ubus_interface_t *iface),
+                                                 void (*on_close)(vexa_ubus_interface_t *iface));
+
+/** vexa_ubus_close() - unlink the interface, call on_close, release everything. Not during a bus call of its own. */
+VEXA_API void vexa_ubus_close(vexa_ubus_interface_t *iface);
+
+/** vexa_ubus_shutdown() - close every interface, once vexa_ubus_init() was called. Returns 0. */
+VEXA_API int vexa_ubus_shutdown(void);
+
+/**
+ * vexa_ubus_find_service() - look the interface's service up into service_id.
+ *
+ * Returns: 0; -EINVAL when interface, connection or name is missing; -ENOSYS when nobody offers the service (logged as
+ *          a warning), and then the id is 0.
+ */
+VEXA_API int vexa_ubus_find_service(vexa_ubus_interface_t *iface);
+
+/** vexa_ubus_find_object() - look any object up; @id is written on success only. Results as vexa_ubus_find_service().
+ */
+VEXA_API int vexa_ubus_find_object(vexa_ubus_interface_t *iface, const char *name, uint32_t *id);
+
+/**
+ * vexa_outlet_get_outlet_status_json() - state of the power outlets.
+ * @max_age_s: how old an answer may be, in seconds. 0 asks the bus.
+ *
+ * Sends:   "status" to "power.outlet" on "/var/run/ubus.sock"; waits at most 3 seconds.
+ * Shape:   {"outlet_table": [{"index": 1, "name": text, "relay_state": bool, "cycle_enabled": bool, "outlet_caps":
+ * bits, "outlet_voltage": V, "outlet_current": A, "outlet_power": W, "outlet_power_factor": 0 to 1, "outlet_energy":
+ *          Wh}], "outlet_usb_power_budget": W, "outlet_ac_power_budget": W, "outlet_ac_power_consumption": W,
+ *          "outlet_ac_energy_7": Wh of seven days, "outlet_ac_energy_30": Wh of thirty days,
+ *          "outlet_ac_energy_account_time_7": s, "outlet_ac_energy_account_time_30": s}. Members that the device does
+ *          not report are missing; others that it reports are passed on.
+ * State:   the last answer of the process, with its time. An answer younger than @max_age_s is given again; an update
+ *          makes it fresh; a failure forgets it.
+ * Returns: a new object that is the caller's alone; NULL on failure (logged).
+ */
+VEXA_API json_t *vexa_outlet_get_outlet_status_json(unsigned max_age_s);
+
+/**
+ * vexa_outlet_status_update_json_payload() - merge what the outlets' daemon announced into the last answer.
+ * @update: object of the same shape, with what has changed; borrowed. Entries of "outlet_table" are matched by "index";
+ *          an unknown one is added.
+ *
+ * Returns: 0; -1 without a last answer, or when the update is not of that shape. Nothing is merged then.
+ */
+VEXA_API int vexa_outlet_status_update_json_payload(const json_t *update);
+
+/**
+ * vexa_psu_get_json_psu_table() - state of the power supplies; all else as vexa_outlet_get_outlet_status_json().
+ *
+ * Sends:   "status" to "power.psu", whose answer holds "psu_table".
+ * Shape:   [{"psu_idx": 1, "name": text, "present": bool, "state": text, "psu_voltage": V, "psu_current": A,
+ *          "psu_power": W, "psu_temperature": degrees Celsius}]
+ */
+VEXA_API json_t *vexa_psu_get_json_psu_table(unsigned max_age_s);
+
+/**
+ * mcagent_stats_parse_ap_stats() - satisfaction from the multicast agent's statistics message.
+ * @msg: the message as the bus delivered it; borrowed.
+ * @satisfaction: gets -1 to 100; untouched on failure.
+ *
+ * Reads:   field "satisfaction", an integer of any width or decimal text.
+ * Returns: 0, or -1 when the field is missing or no such number (logged as an error).
+ */
+VEXA_API int mcagent_stats_parse_ap_stats(struct blob_attr *msg, int *satisfaction);
 
 /* ------------------------------------------------------------------------------------------------------------------
  * Guest portals

@@ -9,7 +9,7 @@ import unittest
 LIBRARY, INCLUDE, BUILD = os.environ["VEXA_LIBRARY"], os.environ["VEXA_INCLUDE"], os.environ["VEXA_BUILD"]
 CC, CXX = os.environ["CC"], os.environ["CXX"]
 DOCUMENTED = {"libc.so.6", "libm.so.6", "libjansson.so.4", "libz.so.1", "libcurl.so.4", "libevent_core-2.1.so.7",
-              "libubox.so", "libubus.so"}
+              "libubox.so", "libubus.so", "libblobmsg_json.so"}
 
 
 def run(*command, **options):

@@ -1,0 +1,31 @@
+# SPDX-License-Identifier: MIT
+# Which bus client the library is built with: the platform's packages, or the stand-in where they are missing.
+
+set(VEXA_BUS_CLIENT auto CACHE STRING "bus client: auto, platform (libubus and libubox) or own (compat/ubus)")
+set_property(CACHE VEXA_BUS_CLIENT PROPERTY STRINGS auto platform own)
+if(NOT VEXA_BUS_CLIENT MATCHES "^(auto|platform|own)$")
+    message(FATAL_ERROR "VEXA_BUS_CLIENT is auto, platform or own, not '${VEXA_BUS_CLIENT}'")
+endif()
+
+add_library(vexa_bus_client INTERFACE)
+set(bus_client own)
+if(NOT VEXA_BUS_CLIENT STREQUAL own)
+    find_path(UBUS_INCLUDE_DIR libubus.h)
+    find_library(UBUS_LIBRARY ubus)
+    find_library(UBOX_LIBRARY ubox)
+    find_library(BLOBMSG_JSON_LIBRARY blobmsg_json)
+    if(UBUS_INCLUDE_DIR AND UBUS_LIBRARY AND UBOX_LIBRARY AND BLOBMSG_JSON_LIBRARY)
+        set(bus_client platform)
+    elseif(VEXA_BUS_CLIENT STREQUAL platform)
+        message(FATAL_ERROR "libubus, libubox or libblobmsg_json is missing")
+    endif()
+endif()
+message(STATUS "Bus client: ${bus_client}")
+
+if(bus_client STREQUAL platform)
+    target_include_directories(vexa_bus_client SYSTEM INTERFACE ${UBUS_INCLUDE_DIR})
+    target_link_libraries(vexa_bus_client INTERFACE ${UBUS_LIBRARY} ${BLOBMSG_JSON_LIBRARY} ${UBOX_LIBRARY})
+else()
+    target_include_directories(vexa_bus_client SYSTEM INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/compat/ubus>)
+    add_subdirectory(${PROJECT_SOURCE_DIR}/compat/ubus)
+endif()
