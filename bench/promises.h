@@ -34,6 +34,8 @@ public:
         }
     }
 
+    void merge(const medians &other) { nanoseconds_.insert(other.nanoseconds_.begin(), other.nanoseconds_.end()); }
+
     double operator[](const std::string &name) const
     {
         const auto found = nanoseconds_.find(name);
@@ -84,7 +86,7 @@ inline void print_verdicts(const medians &measured, const std::vector<promise> &
 
 // Runs all benchmarks and says which promises were kept. Repetitions take turns, so that a busy moment of the machine
 // meets all of them; options of the command line come last and win.
-inline void run_and_judge(int argc, char **argv, const std::vector<promise> &promises)
+inline medians run_and_report(int argc, char **argv)
 {
     std::string options[] = {"--benchmark_repetitions=31", "--benchmark_enable_random_interleaving=true",
                              "--benchmark_min_time=0.01"};
@@ -96,5 +98,10 @@ inline void run_and_judge(int argc, char **argv, const std::vector<promise> &pro
     medians measured;
     benchmark::Initialize(&count, arguments.data());
     benchmark::RunSpecifiedBenchmarks(&measured);
-    print_verdicts(measured, promises);
+    return measured;
+}
+
+inline void run_and_judge(int argc, char **argv, const std::vector<promise> &promises)
+{
+    print_verdicts(run_and_report(argc, argv), promises);
 }

@@ -9,6 +9,7 @@ namespace {
 constexpr char log_tag[] = "libvexa_proc";
 constexpr char path_conntrack[] = "/proc/net/nf_conntrack";
 constexpr size_t line_size = 320; // zero included
+constexpr size_t recent_hosts = 2048;
 
 static_assert(sizeof(conntrack_host) == 3 * sizeof(void *) && offsetof(conntrack_host, count) == sizeof(void *));
 static_assert(sizeof(conntrack_hosts) == 2 * sizeof(void *) && offsetof(conntrack_hosts, count) == sizeof(void *));
@@ -22,7 +23,14 @@ struct counted_host {
 struct host_table {
     conntrack_hosts ranking;
     counted_host *hosts;
+    counted_host *recent[recent_hosts]; // by the low bits of the hash: few hosts have most of the flows
 };
+
+bool is_at(const counted_host &host, unsigned hash, std::string_view address)
+{
+    return host.hh.hashv == hash && host.hh.keylen == address.size() &&
+           memcmp(host.address, address.data(), address.size()) == 0;
+}
 
 struct free_hosts {
     void operator()(host_table *table) const noexcept { free_conntrack_hosts(&table->ranking); }
@@ -41,10 +49,11 @@ counted_host *new_host(std::string_view address)
 
 void add_conntrack_host(host_table &table, std::string_view address)
 {
-    counted_host *host = nullptr;
     unsigned hash = 0;
     HASH_VALUE(address.data(), address.size(), hash);
-    HASH_FIND_BYHASHVALUE(hh, table.hosts, address.data(), address.size(), hash, host);
+    counted_host *&host = table.recent[hash % recent_hosts];
+    if (!host || !is_at(*host, hash, address))
+        HASH_FIND_BYHASHVALUE(hh, table.hosts, address.data(), address.size(), hash, host);
     if (host) {
         host->host.count++;
         return;
@@ -66,11 +75,11 @@ std::string_view value_of(std::string_view line, std::string_view key)
     if (at == line.npos)
         return {};
     const char *value = line.data() + at + key.size();
-    const char *end = line.data() + line.size();
-    for (const char *c = value; c != end; c++)
-        if (*c == ' ' || *c == '\n')
-            return {value, size_t(c - value)};
-    return {};
+    const auto room = size_t(line.data() + line.size() - value);
+    const char *end = static_cast<const char *>(memchr(value, ' ', room));
+    if (!end && room > 0 && value[room - 1] == '\n') // only the last character of a piece may be one
+        end = value + room - 1;
+    return end ? std::string_view{value, size_t(end - value)} : std::string_view{};
 }
 
 bool is_flow(std::string_view line)

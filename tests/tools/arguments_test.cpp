@@ -102,7 +102,7 @@ TEST(completion, offers_what_may_stand_there)
         std::vector<std::string> words;
         const char *offered;
     } rows[] = {
-        {"a first word", {"con"}, "config\n"},
+        {"a first word", {"con"}, "config\nconntrack\n"},
         {"a second word", {"config", "d"}, "diff\n"},
         {"keys as they are now, each once", {"config", "get", "radio."}, "radio.1.channel\nradio.2.channel\n"},
         {"nothing that a shell would take apart", {"config", "get", "key"}, ""},

@@ -9,6 +9,7 @@ namespace {
 constexpr void (*families[])(const report_source &, std::vector<section> &) = {
     report_device,
     report_interface,
+    report_inventory,
     report_config,
 };
 

@@ -20,3 +20,4 @@ section record_section(const char *key, const char *title, json_t *document, std
 void report_config(const report_source &from, std::vector<section> &page);
 void report_device(const report_source &from, std::vector<section> &page);
 void report_interface(const report_source &from, std::vector<section> &page);
+void report_inventory(const report_source &from, std::vector<section> &page);
