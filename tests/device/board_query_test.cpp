@@ -58,12 +58,3 @@ TEST(board_get_poe_budget, is_what_the_device_does_not_keep)
     }
     EXPECT_EQ(board_get_cpu_mac(nullptr), -1);
 }
-
-TEST(get_radio_dev_name, is_empty_where_there_is_no_radio)
-{
-    update_cached_board(corvo_get_board(0xa611));
-    EXPECT_STREQ(get_radio_dev_name(0), "ra0");
-    EXPECT_STREQ(get_radio_dev_name(1), "rai0");
-    for (const int none : {-1, 2, 4, INT_MIN, INT_MAX})
-        EXPECT_STREQ(get_radio_dev_name(none), "") << none;
-}

@@ -100,20 +100,3 @@ TEST(is_router_to_mesh, follows_the_file_on_one_model)
     the_device.remove("/etc/meshmode.conf");
     EXPECT_EQ(is_router_to_mesh(), 0);
 }
-
-TEST(is_qm_setup_complete, takes_any_word_but_false)
-{
-    constexpr std::pair<const char *, int> rows[] = {
-        {"mgmt.is_setup_completed=true\n", 1},
-        {"mgmt.is_setup_completed = no\n", 1},
-        {"mgmt.is_setup_completed=\n", 0},
-        {"mgmt.is_setup_completed=false\n", 0},
-        {"", 0},
-    };
-    for (const auto &[file, expected] : rows) {
-        the_device.put("/etc/persistent/cfg/mgmt", file);
-        EXPECT_EQ(is_qm_setup_complete(), expected) << file;
-    }
-    the_device.remove("/etc/persistent/cfg/mgmt");
-    EXPECT_EQ(is_qm_setup_complete(), 0);
-}
