@@ -49,11 +49,3 @@ TEST(get_cfg_key_idx, counts_the_numbers_that_are_not_zero)
     for (const auto &[key, n, number] : rows)
         EXPECT_EQ(get_cfg_key_idx(key, n), number) << key << " " << n;
 }
-
-TEST(get_key_element, points_behind_a_dot)
-{
-    constexpr char key[] = "radio.1.";
-    EXPECT_EQ(get_key_element(key, 0), key);
-    EXPECT_EQ(get_key_element(key, 2), key + 8);
-    EXPECT_EQ(get_key_element(key, 3), nullptr);
-}

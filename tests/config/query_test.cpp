@@ -41,26 +41,6 @@ TEST(get_cfg_section, takes_numbered_keys_in_order)
     EXPECT_EQ(get_cfg_section_enabled_count(cfg.get(), nullptr, "radio."), 1U) << "blanks are not trimmed here";
 }
 
-TEST(get_cfg_section, sorts_stably_by_natural_order)
-{
-    std::mt19937 random{221};
-    const captured_log no_warnings{0};
-    for (int i = 0; i < 300; i++) {
-        std::string text;
-        for (size_t n = 0; n < size_t(i); n++)
-            text += "s1" + random_text(random, {"0", "1", "2", "7", "99999999999999999999", "X", "x"}, 4) + "=" +
-                    std::to_string(n) + "\n";
-        const config cfg = config_of(text);
-        const results all = results_of(get_cfg_section(cfg.get(), nullptr, nullptr, "s1"));
-        for (const cfg_it *it = all.get(); it && it->next; it = it->next) {
-            const int order = cfg_natural_compare(it->key, it->next->key);
-            ASSERT_TRUE(order < 0 || (order == 0 && atoi(it->value) < atoi(it->next->value))) << lines(all);
-            ASSERT_EQ(it->esc_value, nullptr);
-        }
-        ASSERT_EQ(std::ranges::count(lines(all), '\n'), get_cfg_section_count(cfg.get(), nullptr, nullptr, "s1"));
-    }
-}
-
 TEST(queries, log_what_they_cannot_do_and_give_what_they_have)
 {
     const config cfg = config_of(radios);

@@ -30,15 +30,3 @@ TEST(cfg_it_append, moves_the_whole_other_list_to_the_end)
         EXPECT_EQ(cfg_it_append(list.get(), moved), bs);
     EXPECT_EQ(lines(list), "b=2\nb=3\na=1\n");
 }
-
-TEST(append_cfg_match_cb, borrows_the_texts_and_refuses_a_head_without_a_tail)
-{
-    const config cfg = config_of("a=1\n");
-    cfg_it_ctx ctx = {};
-    ASSERT_EQ(append_cfg_match_cb(cfg.get(), &ctx), 0);
-    const results list = results_of(std::exchange(ctx.tail, nullptr));
-    EXPECT_EQ(list->key, cfg->key);
-    const captured_log log;
-    EXPECT_EQ(append_cfg_match_cb(cfg.get(), &ctx), -1);
-    EXPECT_EQ(log.text(), "[error] cfg.append_cfg_match_cb(): invalid ctx state\n");
-}

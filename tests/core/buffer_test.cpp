@@ -44,20 +44,3 @@ TEST(buffer, refuses_what_memory_cannot_hold)
     buffer_pop(b.get(), 100);
     EXPECT_EQ(unread(b), "");
 }
-
-TEST(buffer, clones_from_the_start_of_the_storage)
-{
-    const owned b{buffer_create2(8), buffer_destroy};
-    b->printf(b.get(), "abcdef");
-    b->printf(b.get(), "ghij");
-    b->read(b.get(), nullptr, 4);
-    const owned copy{b->clone(b.get()), buffer_destroy};
-    EXPECT_EQ(unread(copy), "abcdef");
-    b->rewind(b.get());
-    EXPECT_EQ(unread(b), "abcdefghij");
-    // a clone is written from its start again, but its length goes on: the storage has to hold both
-    copy->write(copy.get(), std::string(4100, 'x').data(), 4100);
-    EXPECT_EQ(unread(copy), std::string(4100, 'x') + std::string(6, '\0'));
-    copy->reset(copy.get());
-    EXPECT_EQ(copy->cap(copy.get()), 8U);
-}

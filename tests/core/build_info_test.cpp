@@ -23,14 +23,3 @@ TEST(build_info, comes_from_the_build_properties)
         EXPECT_EQ(get_vexa_scm_reftype(), row.reftype) << row.properties;
     }
 }
-
-TEST(vexa_force_cpu, binds_a_process_to_one_processor)
-{
-    const captured_log log;
-    EXPECT_EQ(vexa_force_cpu(0, 1024), -1) << "no such processor";
-    EXPECT_EQ(vexa_force_cpu(0, -1), -1);
-    EXPECT_EQ(vexa_force_cpu(0, 0), 0);
-    vexa_show_cpu_mask(0);
-    EXPECT_THAT(log.text(), testing::HasSubstr("libvexa_util.vexa_show_cpu_mask(): force pid[0] nproc["));
-    EXPECT_THAT(log.text(), testing::HasSubstr("cpu_mask=1 "));
-}

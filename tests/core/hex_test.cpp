@@ -37,12 +37,3 @@ TEST(hexadecimal, is_written_within_the_room)
     EXPECT_EQ(bin2hex(bytes, 3, text, 4), 2) << "a pair needs three bytes of room";
     EXPECT_EQ(bin2hex(bytes, 3, text, 8), 4) << "the last byte is left out";
 }
-
-TEST(strtomac, wants_all_six_fields)
-{
-    unsigned char mac[6];
-    EXPECT_EQ(strtomac("00-11-22-33-44-55", mac), -1);
-    EXPECT_EQ(strtomac("00:11:22:33:44:", mac), -1);
-    EXPECT_EQ(strtomac("2:aB:22:33:44:ff and more", mac), 0);
-    EXPECT_THAT(mac, ElementsAre(2, 0xab, 0x22, 0x33, 0x44, 0xff));
-}

@@ -7,25 +7,6 @@ static json_ref parsed(const char *text)
     return json_ref{json_loads(text, 0, nullptr)};
 }
 
-TEST(vexa_json, looks_at_types)
-{
-    const json_ref o = parsed(R"({"top":9223372036854775807,"s":"true","a":[1,"x",2.5],"none":["x"]})");
-    EXPECT_EQ(vexa_json_get_bool(o.get(), "s", -9), -9);
-    EXPECT_EQ(vexa_json_get_bool(o.get(), "top", -9), 1);
-    EXPECT_EQ(vexa_json_add_i64(o.get(), "top", 4), 0);
-    EXPECT_EQ(vexa_json_read_i64(o.get(), "top", 0), INT64_MIN + 3) << "wraps";
-    EXPECT_EQ(vexa_json_append_array(o.get(), "s", 1), -1);
-    EXPECT_EQ(vexa_json_append_array(o.get(), "a", -3), 0);
-    int64_t *out = nullptr;
-    size_t count = 0;
-    EXPECT_EQ(vexa_json_read_array(o.get(), "none", &out, &count), -1);
-    ASSERT_EQ(vexa_json_read_array(o.get(), "a", &out, &count), 0);
-    EXPECT_EQ(std::vector(out, out + count), (std::vector<int64_t>{1, -3}));
-    free(out);
-    EXPECT_STREQ(json_string_value(json_ref{mac_str_to_oui_json_string("AA:BB:CC:D")}.get()), "aabbcc");
-    EXPECT_EQ(mac_str_to_oui_json_string("AA:BB"), nullptr);
-}
-
 TEST(vexa_json_maybe_append_array, thins_in_place_when_full)
 {
     const json_ref o = parsed(R"({"nArray":[],"nTime":-9223372036854775808,"xArray":"no array"})");

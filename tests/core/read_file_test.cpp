@@ -34,24 +34,6 @@ TEST(freadline, gives_the_first_line_or_the_default)
     EXPECT_EQ(fsreadline(path, line, sizeof line), -ERANGE) << "the end of a file leaves errno alone";
 }
 
-TEST(line_readers, look_at_pieces_of_254_characters)
-{
-    const std::string piece(254, 'p');
-    const std::string rows[][4] = {{"the whole first word is the key", "keys=1\nxkey=2\n key = 3\r\n", "keys=1\n", "3"},
-                                   {"a line without a value", "key=\nkey\tap more\n", "key=\n", "ap"},
-                                   {"no line with a value", "key=\n", "key=\n", "default"},
-                                   {"cut to the buffer", "key=01234567\n", "key=012", "0123456"},
-                                   {"astride two pieces", piece.substr(1) + "key=1\n", "none", "default"},
-                                   {"a piece begins like a line", piece + "key=1\n", "key=1\n", "1"}};
-    for (const auto &[why, file, line, value] : rows) {
-        the_device.put(path, file);
-        char text[8] = "none";
-        EXPECT_EQ(fsreadlinebykey(path, "key", text, sizeof text), line == "none" ? -1 : 0) << why;
-        EXPECT_EQ(text, line) << why;
-        EXPECT_EQ(freadvalue(path, "key", text, sizeof text, "default"), value) << why;
-    }
-}
-
 TEST(numbers, stand_at_the_start_of_a_file)
 {
     constexpr std::tuple<const char *, long, long, double> rows[] = {

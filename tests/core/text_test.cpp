@@ -22,18 +22,6 @@ TEST(trimming, knows_six_blanks_and_one_side_each)
     EXPECT_STREQ(trimmed(nullptr, 7), "");
 }
 
-TEST(vexa_snprintf, tells_what_was_stored_and_logs_a_cut)
-{
-    const captured_log log{1};
-    char stored[11];
-    EXPECT_EQ(vexa_snprintf("mod", "cut", stored, 11, "%s", "0123456789"), 10);
-    EXPECT_EQ(vexa_snprintf("mod", nullptr, stored, 4, "%s", "0123456789"), 10) << "nobody asked about a cut";
-    EXPECT_EQ(log.text(), "");
-    EXPECT_EQ(vexa_snprintf("mod", "too long", stored, 10, "%s", "0123456789"), 9);
-    EXPECT_EQ(vexa_snprintf("mod", "no room", stored, 0, "%s", ""), 0);
-    EXPECT_EQ(log.text(), "[error] mod.vexa_snprintf(): too long\n\n[error] mod.vexa_snprintf(): no room\n\n");
-}
-
 TEST(url_encode, keeps_only_what_is_unreserved)
 {
     const std::unique_ptr<char, decltype(&free)> encoded{url_encode("aZ09-._~ b&c/\xc3\xa9\n%"), free};

@@ -53,16 +53,6 @@ TEST(url_parse, rejects_what_would_be_read_in_two_ways)
     EXPECT_FALSE(parsed(std::string(1025, 'x')));
 }
 
-TEST(url_scheme2port, knows_five_schemes_without_case)
-{
-    uint16_t port = 0;
-    EXPECT_EQ(url_scheme2port("STUN", &port), 0);
-    EXPECT_EQ(port, 3478);
-    EXPECT_EQ(url_scheme2port("wss", nullptr), 0);
-    EXPECT_EQ(url_scheme2port("ftp", &port), -1);
-    EXPECT_EQ(url_scheme2port(nullptr, &port), -1);
-}
-
 TEST(url_resolve, keeps_the_last_address_in_the_record)
 {
     the_device.put("/etc/nsswitch.conf", "hosts: files\n");

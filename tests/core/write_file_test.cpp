@@ -38,10 +38,3 @@ TEST(faddlong, adds_to_what_it_can_read)
     ASSERT_EQ(mkfifo("/tmp/fifo", 0600), 0);
     EXPECT_EQ(faddi64at(AT_FDCWD, "/tmp/fifo", 1), -1) << "it cannot be cut off, and nothing waits for it";
 }
-
-TEST(fopen_format, opens_for_this_process_only)
-{
-    const std::unique_ptr<FILE, decltype(&fclose)> file{fopen_format("w+", "/tmp/%s.%d", "made", 1), fclose};
-    EXPECT_EQ(fcntl(fileno(file.get()), F_GETFD), FD_CLOEXEC);
-    EXPECT_EQ(fopen_format("", "/tmp/made.1"), nullptr);
-}

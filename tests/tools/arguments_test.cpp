@@ -39,17 +39,6 @@ TEST(command_line, what_is_wrong_is_told_in_one_line)
     }
 }
 
-TEST(command_line, options_stand_anywhere_until_they_are_ended)
-{
-    the_device.put("/tmp/a.cfg", "--json=yes\n");
-    for (const std::vector<std::string> &arguments :
-         {std::vector<std::string>{"--file", "/tmp/a.cfg", "config", "get", "--", "--json"},
-          {"config", "--file=/tmp/none.cfg", "get", "--file=/tmp/a.cfg", "--", "--json"}}) {
-        const finished done = vexactl(arguments);
-        EXPECT_EQ(done.out, "yes\n") << done.err;
-    }
-}
-
 TEST(command_line, errors_are_json_when_json_is_asked_for)
 {
     for (const char *line : {"config get no.such.key --json", "--json nonsense", "config list --format json --oops",

@@ -131,25 +131,3 @@ TEST(config, reads_what_is_no_plain_file_without_hanging)
     EXPECT_EQ(shell("$VEXACTL config diff <(echo a=1) <(sleep 0.1; echo a=2)").out,
               "   KEY  OLD  NEW\n~  a    1    2\n");
 }
-
-// Anything quadratic would take minutes.
-TEST(config, fifty_thousand_entries_are_no_trouble)
-{
-    constexpr int count = 50000;
-    std::string one, two, radios;
-    for (int i = 0; i < count; i++) {
-        const std::string key = "section." + std::to_string(i) + ".name=";
-        one.append(key).append("value\n").append(key).append("again\n");
-        two += key + (i % 20 ? "value\n" : "other\n");
-        radios += "radio." + std::to_string(i) + ".devname=ra0\n";
-    }
-    the_device.put("/tmp/one.cfg", one);
-    the_device.put("/tmp/two.cfg", two + "long=" + std::string(4000000, 'x') + "\n");
-    the_device.put("/tmp/radios.cfg", radios);
-    int status = -1;
-    EXPECT_EQ(checked(one, status).size(), size_t{count});
-    EXPECT_EQ(lines_of(vexactl({"config", "diff", "/tmp/two.cfg", "/tmp/one.cfg", "--format", "kv"}).out).size(),
-              count + count / 20 + 1u);
-    EXPECT_EQ(vexactl({"config", "list", "--file", "/tmp/two.cfg"}).status, 0);
-    EXPECT_EQ(vexactl({"report", "--file", "/tmp/radios.cfg"}).status, 0);
-}

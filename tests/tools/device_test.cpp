@@ -67,14 +67,6 @@ TEST(run, hands_the_words_to_the_script_as_they_are)
     EXPECT_THAT(done.err, testing::StartsWith("vexactl: no action script"));
 }
 
-TEST(log, writes_one_line_of_the_chosen_level)
-{
-    EXPECT_EQ(vexactl({"log", "--level", "warning", "--module", "roof", "100%s"}).status, 0);
-    EXPECT_THAT(the_device.text("/dev/kmsg"), testing::MatchesRegex("vexactl\\[[0-9]+\\]: \\[warn \\] "
-                                                                    "roof.log\\(\\): 100%s\n"));
-    EXPECT_THAT(vexactl({"log", "-v", "x"}).err, testing::HasSubstr("[info ] vexactl.log(): x\n"));
-}
-
 TEST(url, shows_the_parts_and_looks_up_the_host)
 {
     the_device.put("/etc/hosts", "192.0.2.7 cloud.example\n");

@@ -54,15 +54,6 @@ TEST(kv, a_shell_reads_every_byte_back)
     EXPECT_EQ(done.out, value);
 }
 
-TEST(kv, records_give_a_line_for_each_value_and_lists_one_for_each_row)
-{
-    the_device.put("/tmp/a.cfg", "k=1\n");
-    the_device.put("/tmp/b.cfg", "k=it's\nn=2\n");
-    EXPECT_EQ(vexactl({"config", "diff", "/tmp/a.cfg", "/tmp/b.cfg", "--format", "kv"}).out,
-              "change='changed' key='k' old='1' new='it'\\''s'\nchange='added' key='n' old='' new='2'\n");
-    EXPECT_EQ(vexactl({"iface", "lo", "--format", "kv"}).out.rfind("name='lo'\nindex='1'\n", 0), 0u);
-}
-
 TEST(json, a_list_is_an_array_even_when_it_is_empty)
 {
     the_device.put("/tmp/system.cfg", "");
@@ -106,33 +97,4 @@ TEST(output, what_cannot_be_written_is_an_error)
         EXPECT_THAT(done.err, testing::HasSubstr(std::string{"cannot write the answer: "} + row.reason));
         EXPECT_TRUE(done.status == 3 || done.err.find("\n3\n") != std::string::npos) << done.status << done.err;
     }
-}
-
-TEST(colour, is_for_terminals_that_want_it)
-{
-    const int terminal = posix_openpt(O_RDWR | O_NOCTTY);
-    ASSERT_GE(terminal, 0);
-    ASSERT_EQ(grantpt(terminal), 0);
-    ASSERT_EQ(unlockpt(terminal), 0);
-    const std::string to_terminal = std::string{" > "} + ptsname(terminal);
-    const struct {
-        const char *why, *line;
-        bool coloured;
-    } rows[] = {
-        {"a terminal", "TERM=xterm $VEXACTL iface", true},
-        {"it does not want it", "NO_COLOR=1 TERM=xterm $VEXACTL iface", false},
-        {"it cannot", "TERM=dumb $VEXACTL iface", false},
-        {"asked for", "NO_COLOR=1 $VEXACTL iface --color always", true},
-        {"refused", "TERM=xterm $VEXACTL iface --color=never", false},
-        {"never in JSON", "TERM=xterm $VEXACTL iface --json --color always", false},
-    };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.why);
-        ASSERT_EQ(shell(row.line + to_terminal).status, 0);
-        char seen[8192] = "";
-        ASSERT_GT(read(terminal, seen, sizeof seen - 1), 0);
-        EXPECT_EQ(strstr(seen, "\033[") != nullptr, row.coloured) << seen;
-    }
-    close(terminal);
-    EXPECT_EQ(shell("TERM=xterm $VEXACTL iface").out.find('\033'), std::string::npos) << "a pipe is no terminal";
 }
