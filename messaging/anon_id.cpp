@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "crypto/secret.h"
+
 #include <cerrno>
 #include <cstring>
 #include <libvexa.h>
@@ -14,12 +16,12 @@ extern "C" int generate_anonClientId(char *out, const uint8_t mac[6], const char
 {
     if (*str == '\0')
         return -EINVAL;
-    sha256_ctx ctx;
+    secret<sha256_ctx> ctx;
     uint8_t digest[32];
-    sha256_init(&ctx);
-    sha256_update(&ctx, mac, 6);
-    sha256_update(&ctx, reinterpret_cast<const uint8_t *>(str), uint32_t(strlen(str)));
-    sha256_final(&ctx, digest);
+    sha256_init(ctx.get());
+    sha256_update(ctx.get(), mac, 6);
+    sha256_update(ctx.get(), reinterpret_cast<const uint8_t *>(str), uint32_t(strlen(str)));
+    sha256_final(ctx.get(), digest);
     (void)bin2hex(digest, id_bytes, out, id_size);
     return 0;
 }
