@@ -118,18 +118,6 @@ TEST(map_board_name, knows_legacy_models_by_their_first_radio)
     EXPECT_STREQ(map_board_name(&b), "own");
 }
 
-TEST(arch_name_to_type, takes_six_characters_without_case)
-{
-    constexpr struct {
-        const char *name;
-        size_t length;
-        int code;
-    } rows[] = {{"ar2313", 6, 0},   {"ar2316", 6, 1},  {"ar7100", 6, 2},  {"AR7240", 6, 3}, {"Ar933X", 6, 4},
-                {"ar7240x", 7, 43}, {"ar7240x", 6, 3}, {"ar7241", 6, 43}, {"ar724", 5, 43}, {"", 0, 43}};
-    for (const auto &row : rows)
-        EXPECT_EQ(arch_name_to_type(row.name, row.length), row.code) << row.name << row.length;
-}
-
 TEST(firmware_tables, end_and_go_on_from_each_other)
 {
     for (const fw_boardrev *table : {g_fw_boardrev_table_a, g_fw_boardrev_table_b, g_fw_boardrev_table_c}) {

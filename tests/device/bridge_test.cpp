@@ -19,22 +19,6 @@ TEST(get_mac_brinfo, finds_what_the_kernel_learned)
         EXPECT_EQ(get_mac_brinfo(bridge, station_text, &age, &port), 0) << bridge;
 }
 
-TEST(get_mac_brinfo, takes_the_first_of_whole_records)
-{
-    const std::string other(16, '\1'), cut = "\x02\x56\x58\xab\xcd\x0e";
-    const std::string known = cut + std::string("\x07\0\xe7\x03\0\0\x01\0\0\0", 10); // port 7, 9.99 s
-    const std::string later = cut + std::string(10, '\2');
-    std::string many;
-    for (int i = 0; i < 1025; i++) // more than is read at a time
-        many += other;
-    unsigned age = 0, port = 0;
-    the_device.put("/sys/class/net/br7/brforward", many + known + later);
-    EXPECT_EQ(get_mac_brinfo("br7", station_text, &age, &port), 1);
-    EXPECT_EQ(std::pair(age, port), std::pair(9U, 7U));
-    the_device.put("/sys/class/net/br7/brforward", many + cut);
-    EXPECT_EQ(get_mac_brinfo("br7", station_text, &age, &port), 0);
-}
-
 TEST(bridge_ports, tell_their_state_and_number)
 {
     EXPECT_EQ(get_br_port_state("br0", "eth0"), 3);

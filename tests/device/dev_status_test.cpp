@@ -61,22 +61,6 @@ TEST(fill_dev_status, tells_address_flags_and_link)
     ip("link del loose");
 }
 
-TEST(fill_dev_status, keeps_what_nobody_answers)
-{
-    for (const char *missing : {"eth9", "", static_cast<const char *>(nullptr)}) {
-        dev_status st{};
-        st.flags = 7;
-        st.hwaddr[0] = 9;
-        st.rx_bytes = 8;
-        st.dhcpc = 1;
-        EXPECT_EQ(fill_dev_status(missing, &st), 0);
-        EXPECT_EQ(std::tuple(st.present, st.flags, st.hwaddr[0], st.rx_bytes, st.dhcpc), std::tuple(0, 7, 9, 8U, 1));
-        EXPECT_EQ(std::tuple(st.speed, st.duplex, st.ip), std::tuple(0U, 255U, 0U));
-        EXPECT_STREQ(st.ip_str, "0.0.0.0");
-        EXPECT_STREQ(st.ifname, missing ? missing : "");
-    }
-}
-
 TEST(fill_dev_status, reads_sixteen_columns)
 {
     const std::string heading = "Inter-| Receive\n face |bytes\n";

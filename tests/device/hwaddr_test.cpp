@@ -28,11 +28,3 @@ TEST(devhwaddr, is_that_of_the_first_of_three_interfaces)
     ip("link set br1 name br0; ip link set cpu0 name eth0; ip link set br0 address 02:56:58:00:10:01");
     ip("link set eth0 up; ip link set eth1 up; ip link set br0 up; ip route replace default via 192.0.2.1 dev br0");
 }
-
-TEST(devhwaddr_generate, is_of_the_maker)
-{
-    address mac{};
-    EXPECT_EQ(devhwaddr_generate(mac.data(), 0x42), 0);
-    EXPECT_EQ(mac, (address{0x02, 0x56, 0x58, 0xde, 0xad, 0x42}));
-    EXPECT_EQ(g_fw_oui_table[0].ouis[0], uint32_t(mac[0] << 16 | mac[1] << 8 | mac[2]));
-}

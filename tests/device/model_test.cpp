@@ -85,18 +85,3 @@ TEST(is_zel6_lr_aqr112c, depends_on_the_revision)
         EXPECT_EQ(is_zel6_lr_aqr112c(), expected) << revision;
     }
 }
-
-TEST(is_router_to_mesh, follows_the_file_on_one_model)
-{
-    b = {};
-    update_cached_board(&b);
-    b.system_id = 0xa667;
-    EXPECT_EQ(is_router_to_mesh(), 0);
-    the_device.put("/etc/meshmode.conf", "");
-    EXPECT_EQ(is_router_to_mesh(), 1);
-    b.system_id = 0xa650;
-    EXPECT_EQ(is_router_to_mesh(), 0);
-    b.system_id = 0xa667;
-    the_device.remove("/etc/meshmode.conf");
-    EXPECT_EQ(is_router_to_mesh(), 0);
-}

@@ -60,20 +60,6 @@ TEST(runtime_files, are_told_as_numbers)
     }
 }
 
-TEST(get_version, is_kept_once_it_is_known)
-{
-    const char *version = nullptr;
-    the_device.put("/usr/etc/.build", "\n");
-    EXPECT_EQ(get_version(&version), -EINVAL);
-    EXPECT_STREQ(version, "unknown.0");
-    the_device.put("/usr/etc/.version", std::string(70, '6') + "\n");
-    the_device.put("/usr/etc/.build", "15402\nmore\n");
-    EXPECT_EQ(get_version(&version), 0);
-    the_device.remove("/usr/etc/.version");
-    EXPECT_EQ(get_version(&version), 0);
-    EXPECT_EQ(version, std::string(63, '6')) << "cut";
-}
-
 TEST(touch_file, makes_a_file_of_the_mode_and_waits_for_nobody)
 {
     struct stat info;

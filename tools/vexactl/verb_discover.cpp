@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "arguments.h"
+#include "loop.h"
 #include "message.h"
 #include "output.h"
 #include "text.h"
 
-#include <csignal>
 #include <cstring>
-#include <event2/event.h>
 #include <libvexa.h>
-#include <sys/time.h>
 #include <unistd.h>
 
 namespace {
@@ -18,14 +16,6 @@ constexpr uint16_t sequences = 0xfff; // 0 is what a listener takes for the last
 struct end_discovery {
     ~end_discovery() { vexa_protocol_deinit(); }
 };
-
-struct free_base {
-    void operator()(event_base *base) const { event_base_free(base); }
-};
-struct free_event {
-    void operator()(event *e) const { event_free(e); }
-};
-using unique_event = std::unique_ptr<event, free_event>;
 
 // What the handler works with, which gets nothing but the payload.
 struct listening {
@@ -68,31 +58,19 @@ std::vector<vexa_protocol_handler> every_method()
     return table;
 }
 
-void end_loop(evutil_socket_t, short, void *)
-{
-    event_base_loopbreak(now.loop);
-}
-
 int discover_listen(const arguments &args, output &out)
 {
     const auto count = number16(args, "count", 0), seconds = number16(args, "timeout", 0);
     if (!count || !seconds)
         return out.fail(status_usage, "discover listen: --count and --timeout take numbers from 0 to 65535");
-    const std::unique_ptr<event_base, free_base> loop{event_base_new()};
+    const unique_loop loop{event_base_new()};
     now = {&out, loop.get(), *count, 0};
     if (!loop || vexa_protocol_init(1) != 0)
         return out.fail(status_unavailable, "cannot listen; -v shows why");
     const end_discovery at_the_end;
     const std::vector<vexa_protocol_handler> table = every_method();
     vexa_protocol_init_recv(loop.get(), table.data());
-    const unique_event interrupt{event_new(loop.get(), SIGINT, EV_SIGNAL, end_loop, nullptr)},
-        termination{event_new(loop.get(), SIGTERM, EV_SIGNAL, end_loop, nullptr)},
-        patience{event_new(loop.get(), -1, 0, end_loop, nullptr)};
-    const timeval timeout{*seconds, 0};
-    event_add(interrupt.get(), nullptr);
-    event_add(termination.get(), nullptr);
-    if (*seconds)
-        event_add(patience.get(), &timeout);
+    const loop_end ends{loop.get(), *seconds};
     event_base_dispatch(loop.get());
     if (now.heard < now.wanted)
         return out.fail(status_negative, format("%u of %u messages came", now.heard, now.wanted));

@@ -27,6 +27,7 @@ struct verb {
 
 // the verbs of one file
 using verb_family = std::span<const verb>;
+extern const verb_family bus_family;
 extern const verb_family completion_family;
 extern const verb_family config_family;
 extern const verb_family discover_family;
@@ -36,6 +37,7 @@ extern const verb_family inventory_family;
 extern const verb_family lock_family;
 extern const verb_family log_family;
 extern const verb_family portal_family;
+extern const verb_family power_family;
 extern const verb_family report_family;
 extern const verb_family run_family;
 extern const verb_family url_family;
