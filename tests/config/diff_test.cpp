@@ -50,23 +50,3 @@ TEST(get_cfg_diff_it, stays_linear_and_so_does_a_parse_behind_the_marker)
     EXPECT_EQ(std::ranges::count(lines(results_of(get_cfg_diff_it(a.get(), b.get()))), '\n'), 50000);
     EXPECT_LT(double(clock() - start) / CLOCKS_PER_SEC, 8) << "a walk for each key takes many times as long";
 }
-
-TEST(get_cfg_diff_it, does_without_memory_for_an_index_and_leaves_out_what_it_cannot_list)
-{
-    std::string both;
-    for (int i = 0; i < 100; i++)
-        both += "both." + std::to_string(i) + "=1\n";
-    const config before = config_of("gone=1\n" + both), after = config_of("added=1\n" + both);
-    constexpr const char *rows[][2] = {{"added=1\ngone=1\n", ""},
-                                       {"gone=1\n", "[error] cfg.get_cfg_diff_it(): 790: calloc(1, 32) failed\n"},
-                                       {"added=1\ngone=1\n", ""},
-                                       {"added=1\n", "[error] cfg.get_cfg_diff_it(): 812: calloc(1, 32) failed\n"}};
-    for (size_t i = 0; i < std::size(rows); i++) {
-        const captured_log log;
-        std::optional<failing_memory> memory{std::in_place, i, 1U};
-        const results changes = results_of(get_cfg_diff_it(before.get(), after.get()));
-        memory.reset();
-        EXPECT_EQ(lines(changes), rows[i][0]) << i;
-        EXPECT_EQ(log.text(), rows[i][1]) << i;
-    }
-}

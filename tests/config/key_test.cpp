@@ -39,13 +39,3 @@ TEST(cfg_natural_compare, takes_numbers_of_any_size_and_no_text_at_all)
     EXPECT_EQ(cfg_natural_compare("", nullptr), 1);
     EXPECT_EQ(cfg_natural_compare(nullptr, nullptr), 0);
 }
-
-TEST(get_cfg_key_idx, counts_the_numbers_that_are_not_zero)
-{
-    constexpr std::tuple<const char *, int, int> rows[] = {
-        {"vlan.0.port.3", 1, 3}, {"a.b", 1, -1},     {"7.a.5.6", 2, 6},
-        {"a.0x10.010", 2, 8},    {"a.-2.5x", 1, -2}, {"a.-2.5x", 2, 5},
-        {"a.1.2.", 3, -1},       {"a.1", 0, -1},     {"a.99999999999999999999.4", 1, 4}};
-    for (const auto &[key, n, number] : rows)
-        EXPECT_EQ(get_cfg_key_idx(key, n), number) << key << " " << n;
-}

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "tests/config/config.h"
-
 #include <algorithm>
 
 constexpr char radios[] = "radio.1.mode=a\nradio.10.mode=b\nRadio.2.mode=x\nradio.2.mode=c\nradio.2.name=x\n"

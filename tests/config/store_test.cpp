@@ -18,15 +18,3 @@ TEST(save_cfg, writes_what_parses_back_to_the_same_entries)
     print_cfg(large.get());
     EXPECT_EQ(testing::internal::GetCapturedStdout(), lines(large));
 }
-
-TEST(cfg_it_append, moves_the_whole_other_list_to_the_end)
-{
-    const config cfg = config_of("a=1\nb=2\nb=3\n");
-    cfg_it *const bs = get_cfg_it(cfg.get(), 1, "b");
-    cfg_it *other = bs;
-    const results list = results_of(cfg_it_append(nullptr, &other));
-    other = get_cfg_it(cfg.get(), 1, "a");
-    for (cfg_it **moved : {&other, &other, static_cast<cfg_it **>(nullptr)})
-        EXPECT_EQ(cfg_it_append(list.get(), moved), bs);
-    EXPECT_EQ(lines(list), "b=2\nb=3\na=1\n");
-}

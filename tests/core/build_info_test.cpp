@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "tests/support/captured_log.h"
 #include "tests/support/device.h"
 
 TEST(build_info, comes_from_the_build_properties)

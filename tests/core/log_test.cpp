@@ -79,27 +79,6 @@ TEST(libvexa_log, goes_to_the_kernel_log_without_a_system_log_and_to_standard_er
     EXPECT_EQ(log.text(), "[error] cfg.parse(): x\n");
 }
 
-TEST(libvexa_log, names_the_priority_by_its_low_three_bits_and_keeps_errno)
-{
-    const struct {
-        const char *why;
-        int priority;
-        const char *line;
-    } rows[] = {
-        {"all names are five characters wide", LOG_WARNING, "[warn ] cfg.parse(): x 1\n"},
-        {"a priority beyond the table", 8 + LOG_ERR, "[error] cfg.parse(): x 1\n"},
-        {"a negative one", -1, "[debug] cfg.parse(): x 1\n"},
-    };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.why);
-        const captured_log log;
-        errno = EXDEV;
-        libvexa_log(row.priority, "cfg", "parse", "%s %d", "x", 1);
-        EXPECT_EQ(errno, EXDEV);
-        EXPECT_EQ(log.text(), row.line);
-    }
-}
-
 TEST(libvexa_log_level, lets_each_kind_of_line_through_from_its_own_level_on)
 {
     const struct {

@@ -25,15 +25,3 @@ TEST(popen_get_output, keeps_what_fits)
     }
     EXPECT_EQ(popen_get_output("printf 1", nullptr, 0), 0);
 }
-
-TEST(popen_alloc_output, grows_up_to_its_limit)
-{
-    const captured_log log{1};
-    for (const auto &[max, length] : {std::pair{3000, 2999}, {100, 99}, {5000, 4999}, {5001, 5000}, {9000, 5000}}) {
-        char *text = popen_alloc_output("printf %5000d 1; exit 3", size_t(max));
-        EXPECT_EQ(int(strlen(text)), length) << max;
-        free(text);
-    }
-    EXPECT_EQ(log.text(), "");
-    EXPECT_EQ(popen_alloc_output("true", 0), nullptr);
-}

@@ -34,23 +34,6 @@ TEST(freadline, gives_the_first_line_or_the_default)
     EXPECT_EQ(fsreadline(path, line, sizeof line), -ERANGE) << "the end of a file leaves errno alone";
 }
 
-TEST(numbers, stand_at_the_start_of_a_file)
-{
-    constexpr std::tuple<const char *, long, long, double> rows[] = {
-        {"42 \n43", 42, 42, 42}, {"0x10\n", 0, 16, 16},    {"abc\n", 7, 7, 7},
-        {"\n42\n", 7, 7, 7},     {"-1.5\n", -1, -1, -1.5}, {"0000000000000012\n", 1, 1, 12}};
-    for (const auto &[file, decimal, any_base, fraction] : rows) {
-        the_device.put(path, file);
-        EXPECT_EQ(freadlong(path, 7), decimal) << file;
-        EXPECT_EQ(freadulong(path, 7), (unsigned long)(decimal)) << file;
-        EXPECT_EQ(freaddouble(path, 7), fraction) << file;
-        EXPECT_EQ(freadlongat(AT_FDCWD, path, 7), any_base) << file;
-        EXPECT_EQ(freadi64at(AT_FDCWD, path, 7), any_base) << file;
-    }
-    EXPECT_EQ(freadlong("/tmp/missing", -7), -7);
-    EXPECT_EQ(freadlongat(AT_FDCWD, "/tmp/missing", -7), -7);
-}
-
 TEST(load_file_base64, reads_all_or_fails_with_a_line)
 {
     the_device.put(path, std::string(301, 'b'));

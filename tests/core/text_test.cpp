@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "tests/support/captured_log.h"
 #include "tests/support/device.h"
 
 TEST(trimming, knows_six_blanks_and_one_side_each)

@@ -35,20 +35,3 @@ TEST(board_file, gives_the_last_piece_of_the_last_line)
     EXPECT_EQ(get_boardrevision("/proc/vexahal/board"), -1);
     EXPECT_EQ(get_boardsn("/proc/vexahal/board", serial, sizeof serial), -1);
 }
-
-TEST(system_info, names_the_main_address_and_the_maker)
-{
-    const struct {
-        const char *file, *mac;
-        long maker;
-    } rows[] = {
-        {"eth0.macaddr=02:56:58:00:00:01\nwifi0.macaddr=2\nmanufid=7b1d\n", "02:56:58:00:00:01", 0x7b1d},
-        {"eth0.macaddr=\nwifi0.macaddr=02:56:58:00:00:02\nmanufid=12345\n", "02:56:58:00:00:02", 0x1234},
-        {"", "00:11:22:33:44:55", 0},
-    };
-    for (const auto &row : rows) {
-        the_device.put("/proc/vexahal/system.info", row.file);
-        EXPECT_STREQ(get_main_mac_str(), row.mac);
-        EXPECT_EQ(get_manufid(), row.maker);
-    }
-}

@@ -93,14 +93,3 @@ TEST(get_board, completes_the_copy_from_the_factory_data)
     EXPECT_EQ(cpu_mac(), "00:00:00:00:00:00");
     EXPECT_EQ(corvo_board_has_qrcode(), 0);
 }
-
-TEST(update_cached_board, decides_what_is_answered)
-{
-    board other{};
-    other.system_id = 0xa652;
-    get_board();
-    update_cached_board(&other);
-    EXPECT_EQ(board_identify(), &other);
-    update_cached_board(nullptr);
-    EXPECT_EQ(board_identify(), corvo_identify());
-}

@@ -67,18 +67,3 @@ TEST(get_trel_env, keeps_unreleased_builds_out_of_production)
         EXPECT_EQ(get_trel_env_limit_prod(), row.on_branch) << "an unknown build";
     }
 }
-
-TEST(init_custom_interval_inform_server, takes_over_while_the_hook_is_enabled)
-{
-    EXPECT_EQ(init_custom_interval_inform_server(30), 0);
-    EXPECT_EQ(std::tuple(get_custom_interval(), has_qa_inform_server()), std::tuple(0U, 0));
-    EXPECT_FALSE(the_device.exists("/proc/stat_interval"));
-    the_device.put(running, "corvo.inform.hook.status=enabled\n");
-    the_device.put("/proc/stat_interval", "");
-    EXPECT_EQ(init_custom_interval_inform_server(45), 0);
-    EXPECT_EQ(std::tuple(inform_server_interval, has_inform_server_bool), std::tuple(45U, 1));
-    EXPECT_EQ(the_device.text("/proc/stat_interval"), "45");
-    the_device.put(running, "corvo.inform.hook.status=1\n");
-    EXPECT_EQ(init_custom_interval_inform_server(60), 0);
-    EXPECT_EQ(std::tuple(get_custom_interval(), has_qa_inform_server()), std::tuple(45U, 0));
-}

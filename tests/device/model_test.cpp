@@ -73,15 +73,3 @@ TEST(model, answers_for_each_of_all_system_ids)
     EXPECT_EQ(zel_is_supported_by_old_wifi(nullptr) + zel_is_supported_ble_fast_adopt(nullptr), 0);
     EXPECT_EQ(is_wul_supported(), 1);
 }
-
-TEST(is_zel6_lr_aqr112c, depends_on_the_revision)
-{
-    b = {};
-    update_cached_board(&b);
-    b.system_id = 0xa620;
-    constexpr int rows[][2] = {{INT_MIN, 1}, {0, 1}, {20, 1}, {21, 0}, {22, 1}, {23, 0}, {INT_MAX, 0}};
-    for (const auto &[revision, expected] : rows) {
-        b.hw_rev = revision;
-        EXPECT_EQ(is_zel6_lr_aqr112c(), expected) << revision;
-    }
-}

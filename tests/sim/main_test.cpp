@@ -123,18 +123,6 @@ TEST_F(vexa_sim, shows_a_device_to_children_and_their_children)
     EXPECT_THAT(run_program({VEXA_SIM, "list"}).out, HasSubstr("\nempty  "));
 }
 
-TEST_F(vexa_sim, reaches_programs_and_devices_below_folders_that_a_device_covers)
-{
-    const temporary_folder clone{"/tmp/vexa-sim-XXXXXX"};
-    fs::create_directories(clone.path() / "device/root/var/run");
-    std::ofstream(clone.path() / "device/about") << "a device of one's own\n";
-    std::ofstream(clone.path() / "device/root/var/run/state") << "on\n";
-    std::ofstream(clone.path() / "program") << "#!/bin/sh\npwd\ncat /var/run/state\nls /tmp\n";
-    fs::permissions(clone.path() / "program", fs::perms::owner_all);
-    const finished run = sh("cd " + clone.path().string() + " && " VEXA_SIM " run --device ./device ./program");
-    EXPECT_EQ(run.out, clone.path().string() + "\non\n" + clone.path().filename().string() + "\n") << run.err;
-}
-
 TEST_F(vexa_sim, says_when_the_kernel_refuses)
 {
     const finished run = sh("unshare -Ur sh -c 'echo 0 >/proc/sys/user/max_mnt_namespaces && " VEXA_SIM " run true'");

@@ -33,12 +33,6 @@ TEST(simulated_device, takes_a_file_anywhere_and_keeps_what_stands_beside_it)
     EXPECT_THROW(the_device.put("/new/file", ""), sim::error);
 }
 
-TEST(simulated_device, runs_stand_ins_for_commands_of_the_firmware)
-{
-    the_device.put("/bin/qos_control.sh", "#!/bin/sh\necho \"asked for $*\"\n", 0755);
-    EXPECT_EQ(run_program({"/bin/qos_control.sh", "add", "1"}).out, "asked for add 1\n");
-}
-
 TEST(simulated_device, restores_what_was_there_at_first)
 {
     const std::string identity = the_device.text("/proc/vexahal/board");
@@ -53,19 +47,4 @@ TEST(simulated_device, restores_what_was_there_at_first)
     EXPECT_TRUE(the_device.exists("/etc/passwd") && the_device.exists("/proc/meminfo"));
     EXPECT_FALSE(the_device.exists("/tmp/folder"));
     EXPECT_EQ(the_device.text("/dev/kmsg"), "");
-}
-
-TEST(simulated_device, has_interfaces_that_are_the_kernels)
-{
-    for (const char *name : {"lo", "br0", "eth0", "eth1", "cable0", "cable1"})
-        EXPECT_NE(if_nametoindex(name), 0U) << name;
-    EXPECT_TRUE(the_device.exists("/sys/class/net/br0/brif/eth0"));
-    EXPECT_EQ(run_program({"ip", "link", "add", "br1", "type", "bridge"}).status, 0);
-    EXPECT_TRUE(the_device.exists("/sys/class/net/br1/bridge"));
-}
-
-TEST(simulated_device, gives_each_process_that_it_starts_its_own_place_in_proc)
-{
-    EXPECT_EQ(run_program({"sh", "-c", "cat /proc/$$/comm"}).out, "sh\n");
-    EXPECT_EQ(fs::read_symlink("/proc/self/exe"), fs::read_symlink("/proc/" + std::to_string(getpid()) + "/exe"));
 }

@@ -39,20 +39,6 @@ TEST(command_line, what_is_wrong_is_told_in_one_line)
     }
 }
 
-TEST(command_line, errors_are_json_when_json_is_asked_for)
-{
-    for (const char *line : {"config get no.such.key --json", "--json nonsense", "config list --format json --oops",
-                             "config list --json --file /nonexistent"}) {
-        SCOPED_TRACE(line);
-        const finished done = shell("$VEXACTL " + std::string{line});
-        const json_document error = json_of(done.err);
-        EXPECT_NE(member_text(error.get(), "error"), "(none)");
-        EXPECT_EQ(json_integer_value(json_object_get(error.get(), "status")), done.status);
-        EXPECT_EQ(lines_of(done.err).size(), 1u);
-        EXPECT_EQ(done.out, "");
-    }
-}
-
 // the verbs that completion offers, which come from the same table as help
 TEST(help, every_command_has_one_line_and_an_example_that_its_table_row_accepts)
 {

@@ -76,18 +76,6 @@ TEST(config_list, shows_what_the_library_finds)
     }
 }
 
-TEST(config_diff, tells_additions_removals_and_changes_apart)
-{
-    the_device.put("/tmp/old.cfg", "a=1\ngone=2\nsame=3\nx.comment=old\n");
-    the_device.put("/tmp/new.cfg", "new=4\nA=5\nsame=3\nx.comment=new\n");
-    const finished done = vexactl({"config", "diff", "/tmp/old.cfg", "/tmp/new.cfg"});
-    EXPECT_EQ(done.out, "   KEY   OLD  NEW\n+  new   -    4\n~  A     1    5\n-  gone  2    -\n");
-    EXPECT_EQ(done.err, "vexactl: 3 entries differ\n");
-    EXPECT_EQ(done.status, 1);
-    EXPECT_EQ(vexactl({"config", "diff", "/tmp/old.cfg", "/tmp/old.cfg"}).status, 0);
-    EXPECT_EQ(vexactl({"config", "diff", "/tmp/old.cfg", "/tmp/none.cfg"}).status, 3);
-}
-
 TEST(config_check, finds_what_is_suspicious)
 {
     const std::string digits(32, 'a');

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/tools/vexactl.h"
 
-#include <fcntl.h>
 #include <sys/wait.h>
 
 namespace {

@@ -51,13 +51,3 @@ TEST(report, keeps_its_keys_on_a_device_without_answers)
     EXPECT_EQ(json_array_size(json_object_get(full.get(), "radios")), 2u);
     EXPECT_THAT(vexactl({"report"}).out, testing::Not(testing::HasSubstr("\nRadios ")));
 }
-
-// A limit of -1 stands for none, and limits hold only while they are switched on.
-TEST(report, says_when_limits_do_not_hold)
-{
-    the_device.put("/tmp/system.cfg", "qos.status=enabled\nqos.mode=0\nqos.vap.1.devname=ra\033\n"
-                                      "qos.vap.1.dwnlink.maxspeed=-1\n");
-    const std::string out = vexactl({"report"}).out;
-    EXPECT_THAT(out, testing::HasSubstr("Limits (switched off)"));
-    EXPECT_THAT(out, testing::ContainsRegex("\n  - +ra\\\\x1b +down +- +- +-\n"));
-}
