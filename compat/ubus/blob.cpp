@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
+#include <bit>
 #include <cerrno>
 #include <cstdlib>
 extern "C" {
@@ -72,14 +73,14 @@ extern "C" void *blob_nest_start(blob_buf *buf, int id)
 {
     if (!blob_put(buf, id, nullptr, 0))
         return nullptr;
-    return reinterpret_cast<void *>(blob_raw_len(buf->head) - BLOB_WORD + 1);
+    return std::bit_cast<void *>(uintptr_t(blob_raw_len(buf->head) - BLOB_WORD + 1));
 }
 
 extern "C" void blob_nest_end(blob_buf *buf, void *cookie)
 {
     if (!cookie)
         return;
-    const size_t start = reinterpret_cast<size_t>(cookie) - 1;
+    const size_t start = std::bit_cast<uintptr_t>(cookie) - 1;
     set_length(at_offset(buf, start), blob_raw_len(buf->head) - start);
 }
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <bit>
 #include <cerrno>
 extern "C" {
 #include <libubox/blobmsg.h>
@@ -125,5 +126,5 @@ extern "C" void *blobmsg_open_nested(blob_buf *buf, const char *name, bool array
     const size_t start = blob_pad_len(buf->head);
     if (!add_named(buf, array ? BLOBMSG_TYPE_ARRAY : BLOBMSG_TYPE_TABLE, name, 0))
         return nullptr;
-    return reinterpret_cast<void *>(start + 1);
+    return std::bit_cast<void *>(uintptr_t(start + 1));
 }

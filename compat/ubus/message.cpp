@@ -87,9 +87,7 @@ ubus_received::~ubus_received()
 
 arrival ubus_received::start_body()
 {
-    unsigned char word[BLOB_WORD];
-    memcpy(word, body_, sizeof word);
-    const size_t size = blob_padded(blob_get_be32(word) & BLOB_MAX);
+    const size_t size = blob_pad_len(body_);
     if (head_[0] != 0 || size < BLOB_WORD || size > largest)
         return arrival::lost;
     if (size <= room_)
@@ -106,7 +104,7 @@ arrival ubus_received::take(int fd)
 {
     if (!body_) {
         constexpr size_t first_room = 1024;
-        body_ = static_cast<blob_attr *>(malloc(first_room));
+        body_ = static_cast<blob_attr *>(calloc(1, first_room));
         if (!body_)
             return arrival::lost;
         room_ = first_room;
