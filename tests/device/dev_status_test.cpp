@@ -31,11 +31,10 @@ TEST(fill_dev_status, counts_what_the_kernel_counts)
     ASSERT_EQ(fill_dev_status("eth1", &before), 0);
     send_frames("cable1", station, 70, 1000);
     ASSERT_TRUE(eventually([&] { return kernel_counters("eth1")[1] >= before.rx_packets + 70; }));
-    for (const auto kernel = kernel_counters("eth1"); fill_dev_status("eth1", &st) == 0;)
-        if (kernel == kernel_counters("eth1")) { // nothing came in between
-            EXPECT_EQ(counters(st), kernel);
-            break;
-        }
+    ASSERT_TRUE(eventually([&] { // nothing comes in between
+        const auto kernel = kernel_counters("eth1");
+        return fill_dev_status("eth1", &st) == 0 && counters(st) == kernel;
+    }));
     EXPECT_GE(st.rx_bytes - before.rx_bytes, 70'000U - 70 * 14);
     EXPECT_EQ(st.present, 1);
 }
