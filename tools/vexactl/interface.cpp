@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "interface.h"
 
-#include "text.h"
+#include "message.h"
+#include "system.h"
 
 #include <arpa/inet.h>
 #include <libvexa.h>
@@ -22,11 +23,6 @@ json_t *address_of(const char *name)
     return text(inet_ntop(AF_INET, &address, written, sizeof written));
 }
 
-json_t *mac_text(const uint8_t mac[6])
-{
-    return text(format("%02x:%02x:%02x:%02x:%02x:%02x", mac[0], mac[1], mac[2], mac[3], mac[4], mac[5]));
-}
-
 json_t *link_of(const char *name)
 {
     const int up = get_ethtool_link_status(name);
@@ -38,13 +34,19 @@ json_t *counter(const dev_status &status, uint64_t value)
     return status.present ? number(static_cast<int64_t>(value)) : json_null();
 }
 
+const char *duplex_of(const dev_status &status)
+{
+    static constexpr const char *words[] = {"half", "full"};
+    return status.duplex < std::size(words) ? words[status.duplex] : nullptr;
+}
+
 json_t *gateway_mac()
 {
     char mac[18] = "";
     return get_gateway_mac(mac, sizeof mac) == 1 ? text(mac) : json_null();
 }
 
-json_t *gateway()
+json_t *gateway_address()
 {
     char written[INET_ADDRSTRLEN] = "";
     in_addr address{};
@@ -64,7 +66,7 @@ json_t *interface_document(const char *name)
                    {"up", flag(iface_is_up(name) != 0)},
                    {"link", link_of(name)},
                    {"address", address_of(name)},
-                   {"mac", mac_text(status.hwaddr)},
+                   {"mac", text(mac_text(status.hwaddr))},
                    {"speed_mbit", status.speed ? number(status.speed) : json_null()},
                    {"rx_bytes", counter(status, status.rx_bytes)},
                    {"tx_bytes", counter(status, status.tx_bytes)}});
@@ -82,14 +84,46 @@ json_t *interface_documents()
 json_t *uplink_document()
 {
     static constexpr const char *states[] = {"unknown", "init", "wds", "eth", "down"};
-    static constexpr const char *leases[] = {"unknown", "deconfig", "leasefail", "bound", "renew"};
     char device[IFNAMSIZ] = ""; // stays so when no interface is found
     const bool found = get_uplink_device(device, sizeof device) == 0 && *device;
-    const int internet = system_internet_status();
     return object({{"state", text(states[get_wireless_uplink_state()])},
                    {"device", found ? text(device) : json_null()},
-                   {"dhcp", text(leases[system_dhcp_status()])},
-                   {"gateway", gateway()},
+                   {"dhcp", dhcp_status()},
+                   {"gateway", gateway_address()},
                    {"gateway_mac", gateway_mac()},
-                   {"internet", internet < 0 ? json_null() : flag(internet != 0)}});
+                   {"internet", internet_status()}});
+}
+
+json_t *gateway_document()
+{
+    return object(
+        {{"address", gateway_address()}, {"mac", gateway_mac()}, {"device", text(get_default_gw_interface())}});
+}
+
+json_ref counter_document(const char *name)
+{
+    dev_status status{};
+    if (fill_dev_status(name, &status) != 0)
+        return nullptr;
+    json_ref document{object({{"name", text(name)},
+                              {"present", flag(status.present != 0)},
+                              {"up", flag((status.flags & IFF_UP) != 0)},
+                              {"mac", text(mac_text(status.hwaddr))},
+                              {"address", status.ip ? text(status.ip_str) : json_null()},
+                              {"netmask", status.ip ? text(status.netmask_str) : json_null()},
+                              {"speed_mbit", status.speed ? number(status.speed) : json_null()},
+                              {"duplex", text_or_null(duplex_of(status))}})};
+    static constexpr struct {
+        const char *key;
+        uint64_t dev_status::*counter;
+    } counters[] = {
+        {"rx_bytes", &dev_status::rx_bytes},         {"rx_packets", &dev_status::rx_packets},
+        {"rx_errors", &dev_status::rx_errors},       {"rx_dropped", &dev_status::rx_dropped},
+        {"rx_multicast", &dev_status::rx_multicast}, {"tx_bytes", &dev_status::tx_bytes},
+        {"tx_packets", &dev_status::tx_packets},     {"tx_errors", &dev_status::tx_errors},
+        {"tx_dropped", &dev_status::tx_dropped},
+    };
+    for (const auto &c : counters)
+        json_object_set_new(document.get(), c.key, counter(status, status.*c.counter));
+    return document;
 }

@@ -24,3 +24,30 @@ inline constexpr column uplink_columns[] = {
     {"gateway_mac", "Gateway's MAC"},
     {"internet", "Internet"},
 };
+
+json_t *gateway_document();
+inline constexpr column gateway_columns[] = {
+    {"address", "Gateway"},
+    {"mac", "Its MAC"},
+    {"device", "Default route"},
+};
+
+json_ref counter_document(const char *name); // null when the device cannot tell
+inline constexpr column counter_columns[] = {
+    {"name", "Interface"},
+    {"up", "State", kind::on_off},
+    {"mac", "Hardware address"},
+    {"address", "Address"},
+    {"netmask", "Netmask"},
+    {"speed_mbit", "Mbit/s"},
+    {"duplex", "Duplex"},
+    {"rx_bytes", "Received", kind::bytes},
+    {"rx_packets", "Packets received"},
+    {"rx_multicast", "Multicast received"},
+    {"rx_errors", "Receive errors"},
+    {"rx_dropped", "Receive drops"},
+    {"tx_bytes", "Sent", kind::bytes},
+    {"tx_packets", "Packets sent"},
+    {"tx_errors", "Send errors"},
+    {"tx_dropped", "Send drops"},
+};

@@ -27,6 +27,8 @@ struct verb {
 
 // the verbs of one file
 using verb_family = std::span<const verb>;
+extern const verb_family board_family;
+extern const verb_family bridge_family;
 extern const verb_family bus_family;
 extern const verb_family completion_family;
 extern const verb_family config_family;
@@ -40,6 +42,7 @@ extern const verb_family portal_family;
 extern const verb_family power_family;
 extern const verb_family report_family;
 extern const verb_family run_family;
+extern const verb_family system_family;
 extern const verb_family url_family;
 
 // every family, in the order that help shows
