@@ -2232,6 +2232,84 @@ VEXA_API int uds_get_sock(const uds_sock *s);
  *  must not be closed again. */
 VEXA_API void uds_sock_close(uds_sock *s);
 
+/* ------------------------------------------------------------------------------------------------------------------
+ * Frequencies, channels and power
+ *
+ * Arithmetic on frequencies in MHz, channel numbers and the driver's phy modes: numbers from 0 to 32 that combine
+ * standard and width. Nothing is read but where it is said.
+ */
+
+/** Bits of get_wifi_cap() that depend on the device; the others stand for what every device can do. */
+#define VEXA_WIFI_CAP_DFS_MASTER (UINT32_C(1) << 4)       /* may choose a radar channel by itself */
+#define VEXA_WIFI_CAP_AIRTIME_FAIRNESS (UINT32_C(1) << 7) /* shares time, not frames */
+#define VEXA_WIFI_CAP_ZERO_WAIT_DFS (UINT32_C(1) << 25)   /* listens for radar beside its service */
+#define VEXA_WIFI_CAP_EVEN_CHAINS (UINT32_C(1) << 26)     /* two or four chains on the first radio */
+#define VEXA_WIFI_CAP_SPECTRUM_SCAN (UINT32_C(1) << 28)   /* a chain for spectrum scans */
+
+/** get_center_freq() - centre, in MHz, of the channel that is occupied around the primary frequency @freq; the first
+ *  segment of 80+80 MHz. 0xFFFFFFFF for an unknown phy mode. */
+VEXA_API uint32_t get_center_freq(uint32_t freq, uint16_t channel, int8_t phy_mode);
+
+/** get_bw() - width in MHz: 20, 40, 80, or 160 for 80+80 MHz, too. -1 for an unknown phy mode (logged). */
+VEXA_API int get_bw(int8_t phy_mode);
+
+/** qx_freq_to_channel() - channel number of a frequency; 0 where there is none. Below 2407 the result is of no use. */
+VEXA_API uint32_t qx_freq_to_channel(uint32_t freq);
+
+/** ieee80211_mhz2ieee() - channel number by the driver's older rules. */
+VEXA_API uint32_t ieee80211_mhz2ieee(uint32_t freq);
+
+/** qx_freq_to_band() - 0 unknown, 1 2.4 GHz, 2 4.9 GHz, 3 5 GHz, 4 6 GHz, 5 60 GHz. */
+VEXA_API int qx_freq_to_band(uint32_t freq);
+
+/** get_band() - the configuration's name of a band, static: "ng", "na", "6e" or "unknown". Its edges are not those of
+ *  qx_freq_to_band(). */
+VEXA_API const char *get_band(int32_t freq);
+
+/**
+ * get_wifi_cap() - what the device's radios can do, as VEXA_WIFI_CAP_... and bits for what every device can.
+ *
+ * Reads:   the record of board_identify(), and get_wireless_uplink_state(): over a wireless uplink the device follows
+ *          the channel of another.
+ */
+VEXA_API uint32_t get_wifi_cap(void);
+
+/** vexa_convert_to_dbm() - a level byte and a number of 3 dB steps as the driver means them, in dBm. */
+VEXA_API uint32_t vexa_convert_to_dbm(uint8_t level, uint8_t steps);
+
+/** qx_regulatory_get_max_eirp() - limits in dBm: radiated, and conducted. -1: this platform has no database. */
+VEXA_API int qx_regulatory_get_max_eirp(int country, int band, int channel, int width, int *eirp, int *conducted);
+
+/**
+ * qx_regulatory_get_target_power_mbm() - transmit power for a mode, within the regulatory limit.
+ * @custom: dBm as text, for the mode "custom".
+ * @mode: "low", "medium", "custom"; anything else is the limit.
+ * @low_mbm, @gain_mbm: lowest power and antenna gain, in 1/100 dBm.
+ * @mbm: 1/100 dBm; untouched on failure.
+ *
+ * Returns: 0; -1 without limits (logged as an error), which is always on this platform.
+ */
+VEXA_API int qx_regulatory_get_target_power_mbm(const char *custom, const char *mode, int country, int band,
+                                                int channel, int width, int low_mbm, int gain_mbm, int *mbm);
+
+/** qx_regulatory_get_target_power() - the same in dBm, cut to whole ones. */
+VEXA_API int qx_regulatory_get_target_power(const char *custom, const char *mode, int country, int band, int channel,
+                                            int width, int low_dbm, int gain_dbm, int *dbm);
+
+/* This platform has no nl80211 service. The entry points answer so: -1 or NULL, the first and the third with an error
+ * line. */
+typedef int (*qx_nl80211_callback)(const void *message, void *context);
+VEXA_API int qx_nl80211_service_init(void);
+VEXA_API void qx_nl80211_service_deinit(void);
+VEXA_API int qx_nl80211_register_command_callback(int command, qx_nl80211_callback callback, void *context);
+VEXA_API void qx_nl80211_deregister_command_callback(int command);
+VEXA_API void *qx_nl80211_create_message(int command, int flags);
+VEXA_API int qx_nl80211_send_recv(void *message, qx_nl80211_callback callback, void *context);
+VEXA_API int qx_nl80211_interface_info(const char *ifname, void *info);
+VEXA_API int qx_nl80211_interface_power(const char *ifname, int *mbm);
+VEXA_API const char *qx_nl80211_parent_interface(const char *ifname);
+VEXA_API int qx_nl80211_interface_set_power(const char *ifname, int mbm);
+
 #ifdef __cplusplus
 }
 #endif
