@@ -13,9 +13,9 @@ namespace {
 constexpr char log_tag[] = "libvexa_ubus";
 constexpr int retry_seconds = 1;
 
-// Callbacks may close the interface that they are called for: its memory then lasts until the caller is done with it.
+// on_connect may close the interface that it is called for, whose memory then lasts until the connecting is over.
 struct bus_interface : vexa_ubus_interface_t {
-    int in_use;
+    bool connecting;
     bool closed;
 };
 
@@ -40,23 +40,6 @@ void release(bus_interface *iface)
     free(iface->socket_path);
     free(iface);
 }
-
-// Keeps the interface's memory while callbacks run.
-class in_use {
-public:
-    explicit in_use(vexa_ubus_interface_t *iface) : iface_{inner(iface)} { iface_->in_use++; }
-    in_use(const in_use &) = delete;
-    in_use &operator=(const in_use &) = delete;
-    ~in_use()
-    {
-        if (--iface_->in_use == 0 && iface_->closed)
-            release(iface_);
-    }
-    bool closed() const { return iface_->closed; }
-
-private:
-    bus_interface *iface_;
-};
 
 void u_reconnect_timeout(int, short, void *arg);
 
@@ -105,38 +88,44 @@ void look_service_up(vexa_ubus_interface_t *iface)
         (void)vexa_ubus_find_service(iface);
 }
 
-bool connect_anew(vexa_ubus_interface_t *iface)
+enum class connection { made, failed, closed };
+
+connection connect_anew(bus_interface *iface)
 {
     iface->ctx = ubus_connect(iface->socket_path);
     if (!iface->ctx)
-        return false;
+        return connection::failed;
     iface->ctx->connection_lost = vexa_ubus_connection_lost;
     look_service_up(iface);
+    iface->connecting = true;
     if (iface->on_connect)
         iface->on_connect(iface);
-    return true;
+    iface->connecting = false;
+    if (!iface->closed)
+        return connection::made;
+    release(iface);
+    return connection::closed;
 }
 
 // The number of the new socket may be that of the old one, so its event went before. The ids of the old connection
 // mean nothing to a broker that was started again.
-bool connect_again(vexa_ubus_interface_t *iface)
+connection connect_again(vexa_ubus_interface_t *iface)
 {
     free_event(iface->read_event);
     if (ubus_reconnect(iface->ctx, iface->socket_path) != 0)
-        return false;
+        return connection::failed;
     look_service_up(iface);
-    return true;
+    return connection::made;
 }
 
 void u_reconnect_timeout(int, short, void *arg)
 {
-    auto *iface = static_cast<vexa_ubus_interface_t *>(arg);
-    const in_use kept{iface};
+    bus_interface *iface = inner(static_cast<vexa_ubus_interface_t *>(arg));
     const bool known = iface->ctx;
-    const bool connected = known ? connect_again(iface) : connect_anew(iface);
-    if (kept.closed())
+    const connection result = known ? connect_again(iface) : connect_anew(iface);
+    if (result == connection::closed)
         return;
-    if (!connected) {
+    if (result == connection::failed) {
         if (known)
             log_warn("Failed to reconnect, trying again in %ds", retry_seconds);
         else
@@ -202,22 +191,20 @@ extern "C" vexa_ubus_interface_t *vexa_ubus_create(event_base *base, const char 
     }
     iface->on_connect = on_connect;
     iface->on_close = on_close;
-    const in_use kept{iface};
-    if (connect_anew(iface)) {
-        if (kept.closed())
-            return nullptr;
-        if (!watch(iface)) {
-            log_err("Failed to create event object for UBUS callback");
-            vexa_ubus_close(iface);
-            return nullptr;
-        }
-    } else {
+    const connection result = connect_anew(iface);
+    if (result == connection::closed)
+        return nullptr;
+    if (result == connection::failed) {
         log_err("Failed to connect to ubus");
         if (!(flags & VEXA_UBUS_RETRY)) {
-            iface->closed = true;
+            release(iface);
             return nullptr;
         }
         arm_timer(iface);
+    } else if (!watch(iface)) {
+        log_err("Failed to create event object for UBUS callback");
+        vexa_ubus_close(iface);
+        return nullptr;
     }
     list_add_tail(&interfaces, &iface->links);
     return iface;
@@ -227,7 +214,6 @@ extern "C" void vexa_ubus_close(vexa_ubus_interface_t *iface)
 {
     if (!iface || inner(iface)->closed)
         return;
-    const in_use kept{iface};
     inner(iface)->closed = true;
     list_remove(&iface->links);
     if (iface->on_close)
@@ -235,7 +221,8 @@ extern "C" void vexa_ubus_close(vexa_ubus_interface_t *iface)
     free_event(iface->timer);
     free_event(iface->read_event);
     ubus_free(iface->ctx);
-    iface->ctx = nullptr;
+    if (!inner(iface)->connecting)
+        release(inner(iface));
 }
 
 // An interface that a callback makes meanwhile stands behind those that are closed here, and stays.

@@ -43,7 +43,7 @@ constexpr struct {
     {"Committed_AS", &vexa_meminfo::committed_as},
 };
 static_assert(sizeof(vexa_meminfo) == std::size(counters) * sizeof(uint64_t) + sizeof(double));
-static_assert(offsetof(vexa_meminfo, mem_total) == 0 && offsetof(vexa_meminfo, used_percent) == 25 * 8);
+static_assert(offsetof(vexa_meminfo, mem_total) == 0 && offsetof(vexa_meminfo, used_percent) == 25 * sizeof(uint64_t));
 
 // Whether the key is one of the counters.
 bool store(vexa_meminfo &m, std::string_view key, std::string_view text)
