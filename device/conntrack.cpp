@@ -9,7 +9,9 @@ namespace {
 constexpr char log_tag[] = "libvexa_proc";
 constexpr char path_conntrack[] = "/proc/net/nf_conntrack";
 constexpr size_t line_size = 320; // zero included
-constexpr size_t recent_hosts = 2048;
+constexpr unsigned recent_bits = 12;
+constexpr size_t recent_hosts = size_t{1} << recent_bits;
+constexpr size_t block_size = 16384; // for some 150 hosts
 
 static_assert(sizeof(conntrack_host) == 3 * sizeof(void *) && offsetof(conntrack_host, count) == sizeof(void *));
 static_assert(sizeof(conntrack_hosts) == 2 * sizeof(void *) && offsetof(conntrack_hosts, count) == sizeof(void *));
@@ -20,27 +22,55 @@ struct counted_host {
     char address[1]; // and as much as it takes
 };
 
+// Hosts are many and go together, so they share their memory.
+struct host_block {
+    host_block *next;
+    alignas(counted_host) char room[block_size];
+};
+
 struct host_table {
     conntrack_hosts ranking;
     counted_host *hosts;
-    counted_host *recent[recent_hosts]; // by the low bits of the hash: few hosts have most of the flows
+    host_block *blocks;                 // the newest first
+    size_t taken;                       // of its room
+    counted_host *recent[recent_hosts]; // few hosts have most of the flows
 };
 
-bool is_at(const counted_host &host, unsigned hash, std::string_view address)
+bool is_at(const counted_host &host, std::string_view address)
 {
-    return host.hh.hashv == hash && host.hh.keylen == address.size() &&
-           memcmp(host.address, address.data(), address.size()) == 0;
+    return host.hh.keylen == address.size() && memcmp(host.address, address.data(), address.size()) == 0;
+}
+
+// The place among the recent hosts: a rough hash of the last characters, in which neighbours differ.
+counted_host *&recent_place(host_table &table, std::string_view address)
+{
+    uint64_t last = 0;
+    if (address.size() >= sizeof last)
+        memcpy(&last, address.data() + address.size() - sizeof last, sizeof last);
+    else
+        for (const char c : address)
+            last = last << 8 | uint8_t(c);
+    constexpr uint64_t odd = 0x9e3779b97f4a7c15; // spreads each bit upwards
+    return table.recent[last * odd >> (64 - recent_bits)];
 }
 
 struct free_hosts {
     void operator()(host_table *table) const noexcept { free_conntrack_hosts(&table->ranking); }
 };
 
-counted_host *new_host(std::string_view address)
+counted_host *new_host(host_table &table, std::string_view address)
 {
-    auto *host = static_cast<counted_host *>(malloc(sizeof(counted_host) + address.size()));
-    if (!host)
-        return nullptr;
+    constexpr size_t unit = alignof(counted_host);
+    const size_t size = (sizeof(counted_host) + address.size() + unit - 1) / unit * unit; // a line's worth at most
+    if (!table.blocks || size > block_size - table.taken) {
+        auto *block = static_cast<host_block *>(malloc(sizeof(host_block)));
+        if (!block)
+            return nullptr;
+        block->next = std::exchange(table.blocks, block);
+        table.taken = 0;
+    }
+    auto *host = reinterpret_cast<counted_host *>(table.blocks->room + table.taken);
+    table.taken += size;
     memcpy(host->address, address.data(), address.size());
     host->address[address.size()] = '\0';
     host->host = {host->address, 1, nullptr};
@@ -49,37 +79,53 @@ counted_host *new_host(std::string_view address)
 
 void add_conntrack_host(host_table &table, std::string_view address)
 {
+    counted_host *&recent = recent_place(table, address);
+    if (recent && is_at(*recent, address)) {
+        recent->host.count++;
+        return;
+    }
     unsigned hash = 0;
     HASH_VALUE(address.data(), address.size(), hash);
-    counted_host *&host = table.recent[hash % recent_hosts];
-    if (!host || !is_at(*host, hash, address))
-        HASH_FIND_BYHASHVALUE(hh, table.hosts, address.data(), address.size(), hash, host);
+    counted_host *host = nullptr;
+    HASH_FIND_BYHASHVALUE(hh, table.hosts, address.data(), address.size(), hash, host);
     if (host) {
         host->host.count++;
-        return;
-    }
-    host = new_host(address);
-    if (!host) {
+    } else if ((host = new_host(table, address))) {
+        HASH_ADD_KEYPTR_BYHASHVALUE(hh, table.hosts, host->address, address.size(), hash, host);
+        table.ranking.count++;
+    } else {
         log_err("Failed to alloc host");
-        return;
     }
-    HASH_ADD_KEYPTR_BYHASHVALUE(hh, table.hosts, host->address, address.size(), hash, host);
-    table.ranking.count++;
+    recent = host;
 }
 
-// What stands behind the first occurrence of the key, to the next blank; empty when there is none. A line feed ends it
-// as a blank does, the end of a piece does not.
-std::string_view value_of(std::string_view line, std::string_view key)
+// What stands behind a key, to the next blank; empty when there is none. A line feed ends it as a blank does, the end
+// of a piece does not.
+std::string_view value_at(const char *value, const char *line_end)
 {
-    const size_t at = line.find(key);
-    if (at == line.npos)
-        return {};
-    const char *value = line.data() + at + key.size();
-    const auto room = size_t(line.data() + line.size() - value);
+    const auto room = size_t(line_end - value);
     const char *end = static_cast<const char *>(memchr(value, ' ', room));
     if (!end && room > 0 && value[room - 1] == '\n') // only the last character of a piece may be one
         end = value + room - 1;
     return end ? std::string_view{value, size_t(end - value)} : std::string_view{};
+}
+
+void count_ends(host_table &table, std::string_view line)
+{
+    constexpr size_t size = 4; // of a key
+    const char *src = nullptr, *dst = nullptr;
+    const char *const end = line.data() + line.size();
+    const char *at = line.data() + size - 1; // no key ends before the family does
+    while ((!src || !dst) && (at = static_cast<const char *>(memchr(at, '=', size_t(end - at))))) {
+        at++;
+        if (!src && memcmp(at - size, "src=", size) == 0)
+            src = at;
+        else if (!dst && memcmp(at - size, "dst=", size) == 0)
+            dst = at;
+    }
+    for (const char *value : {src, dst})
+        if (const std::string_view address = value ? value_at(value, end) : std::string_view{}; !address.empty())
+            add_conntrack_host(table, address);
 }
 
 bool is_flow(std::string_view line)
@@ -117,13 +163,9 @@ extern "C" conntrack_hosts *get_top_conntrack_hosts(void)
     }
     piece_reader lines{std::move(fd), line_size};
     std::string_view line;
-    while (lines.next(line)) {
-        if (!is_flow(line))
-            continue;
-        for (const std::string_view address : {value_of(line, "src="), value_of(line, "dst=")})
-            if (!address.empty())
-                add_conntrack_host(*table, address);
-    }
+    while (lines.next(line))
+        if (is_flow(line))
+            count_ends(*table, line);
     rank(*table);
     return &table.release()->ranking;
 }
@@ -133,12 +175,10 @@ extern "C" void free_conntrack_hosts(conntrack_hosts *h)
     if (!h)
         return;
     auto *table = reinterpret_cast<host_table *>(h);
-    counted_host *host = table->hosts;
     HASH_CLEAR(hh, table->hosts); // the table only
-    while (host) {
-        counted_host *next = static_cast<counted_host *>(host->hh.next);
-        free(host);
-        host = next;
+    while (host_block *block = table->blocks) {
+        table->blocks = block->next;
+        free(block);
     }
     free(table);
 }
