@@ -110,6 +110,16 @@ void open_sockets()
     socket(AF_UNIX, SOCK_DGRAM, 0);
 }
 
+// One process, as the tool shows it.
+json_document shown_by_vexactl(int32_t pid)
+{
+    const json_document all{json_loads(run_program({VEXACTL, "ps", "--fds", "--json"}).out.c_str(), 0, nullptr)};
+    for (size_t i = 0; i < json_array_size(all.get()); i++)
+        if (json_t *p = json_array_get(all.get(), i); json_integer_value(json_object_get(p, "pid")) == pid)
+            return json_document{json_incref(p)};
+    return nullptr;
+}
+
 // "kind local remote state" of each socket of IP
 std::multiset<std::string> ip_sockets(const json_document &found)
 {
@@ -153,12 +163,12 @@ std::multiset<std::string> ip_sockets_by_ss(int32_t pid)
 
 } // namespace
 
-TEST(vexa_ps_filter, agrees_with_ss_and_lsof_on_a_real_process)
+TEST(ps, agrees_with_ss_and_lsof_on_a_real_process)
 {
     if (run_program({"lsof", "-v"}).status == 127 || run_program({"ss", "-V"}).status == 127)
         GTEST_SKIP() << "there is no lsof or no ss";
     const sleeper child{open_sockets};
-    const json_document found = process(child.pid());
+    const json_document found = shown_by_vexactl(child.pid());
     const auto ours = ip_sockets(found);
     EXPECT_EQ(ours, ip_sockets_by_ss(child.pid()));
     EXPECT_EQ(ours.size(), 14u);
