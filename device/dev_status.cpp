@@ -2,6 +2,7 @@
 #include "core/ascii.h"
 #include "core/ifreq.h"
 #include "core/open_file.h"
+#include "core/piece_reader.h"
 #include "core/text.h"
 
 #include <arpa/inet.h>
@@ -15,6 +16,7 @@ static_assert(offsetof(dev_status, rx_bytes) == 80 && offsetof(dev_status, dhcpc
 namespace {
 
 constexpr char path_net_dev[] = "/proc/net/dev";
+constexpr size_t line_size = 255;
 constexpr uint32_t unknown_duplex = 255;
 
 // The kernel's columns in their order; fifos, frames and the like are of no interest, nor what follows.
@@ -34,43 +36,48 @@ constexpr uint64_t dev_status::*columns[] = {
 };
 
 // Whether the line is that of the interface; then @numbers is what follows the name.
-bool match_line(char *line, const char *ifname, char *&numbers)
+bool match_line(std::string_view line, std::string_view ifname, std::string_view &numbers)
 {
-    while (is_space(*line))
-        line++;
-    char *colon = strchr(line, ':');
-    if (!colon)
+    while (!line.empty() && is_space(line.front()))
+        line.remove_prefix(1);
+    const size_t colon = line.find(':');
+    if (colon == line.npos || !line.starts_with(ifname) || colon != ifname.size())
         return false;
-    *colon = '\0';
-    numbers = colon + 1;
-    return strcmp(line, ifname) == 0;
+    numbers = line;
+    numbers.remove_prefix(colon + 1);
+    return true;
 }
 
-void read_counters(char *numbers, dev_status &st)
+void read_counters(std::string_view numbers, dev_status &st)
 {
+    char text[line_size];
+    memcpy(text, numbers.data(), numbers.size());
+    text[numbers.size()] = '\0';
+    char *at = text;
     for (uint64_t dev_status::*counter : columns) {
         char *end;
-        const uint64_t value = strtoull(numbers, &end, 0);
-        if (end == numbers)
+        const uint64_t value = strtoull(at, &end, 0);
+        if (end == at)
             return;
         if (counter)
             st.*counter = value;
-        numbers = end;
+        at = end;
     }
 }
 
 int read_statistics(const char *ifname, dev_status &st)
 {
-    char line[255];
-    char *numbers;
-    const unique_file file = open_reader(path_net_dev);
-    if (!file)
+    unique_fd fd = open_descriptor(path_net_dev);
+    if (!fd)
         return -1;
+    piece_reader lines{std::move(fd), line_size};
+    std::string_view line;
     for (int heading = 0; heading < 2; heading++)
-        if (!fgets(line, sizeof line, file.get()))
+        if (!lines.next(line))
             return -ENOENT;
     st.present = 0;
-    while (!st.present && fgets(line, sizeof line, file.get())) {
+    std::string_view numbers;
+    while (!st.present && lines.next(line)) {
         st.present = match_line(line, ifname, numbers);
         if (st.present)
             read_counters(numbers, st);

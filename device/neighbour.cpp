@@ -52,11 +52,7 @@ extern "C" int add_ip_neigh_entry(const char *ifname, const char *ip)
     neighbour.ndm_family = AF_INET;
     neighbour.ndm_ifindex = interface.block.ifr_ifindex;
     neighbour.ndm_flags = NTF_USE; // without a hardware address: the kernel is to find it out
-    const rtnetlink_request request{RTM_NEWNEIGH, NLM_F_CREATE | NLM_F_REPLACE | NLM_F_ACK, neighbour, NDA_DST,
-                                    address};
-    rtnetlink_answer answer{request};
-    rtnetlink_message message;
-    while (answer.next(message)) {
-    }
-    return answer.error() == 0 ? 0 : -1;
+    const rtnetlink_request request{RTM_NEWNEIGH, NLM_F_CREATE | NLM_F_REPLACE, neighbour, NDA_DST, address};
+    const unique_fd netlink = open_rtnetlink();
+    return netlink && request.send(netlink.get()) == 0 ? 0 : -1;
 }

@@ -1335,8 +1335,9 @@ VEXA_API int get_gateway(char *ip_text, void *ip_bin, unsigned len);
 /** get_gateway_mac() - get_mac_by_ip() of that gateway. Returns 1; 0 when either is not known. */
 VEXA_API int get_gateway_mac(char *mac, size_t size);
 
-/** add_ip_neigh_entry() - make the kernel know an IPv4 neighbour and look for its hardware address. Returns 0; -1 when
- *  the text is no address or the kernel refuses. */
+/** add_ip_neigh_entry() - ask the kernel to know an IPv4 neighbour and to look for its hardware address; whether it
+ *  does is not told. Returns 0; -1 when the text is no address, there is no such interface, or the request cannot be
+ *  sent. */
 VEXA_API int add_ip_neigh_entry(const char *ifname, const char *ip);
 
 /** interface_is_up() - 0 when the interface is up, -1 when it is not, is not there, or the kernel does not tell. */
