@@ -2234,6 +2234,77 @@ VEXA_API int uds_get_sock(const uds_sock *s);
 VEXA_API void uds_sock_close(uds_sock *s);
 
 /* ------------------------------------------------------------------------------------------------------------------
+ * WebRTC sessions
+ *
+ * Requests to the process that negotiates the remote shell's sessions, which listens at the abstract socket
+ * "IPC_WEBRTC_LISTENER". Each goes through a socket of its own, bound to "C_<pid>_SSH", so that a process makes one at
+ * a time. Log tag "libvexa_webrtc"; when nobody listens, "socket", "bind" or "connect" and the reason are on standard
+ * error, too.
+ */
+
+/* What the listener needs to make an offer; a text that fills its field needs no zero. */
+typedef struct request_block {
+    int32_t unused; /* handed on as it is */
+    char turn[400]; /* servers */
+    char stun[400];
+    char username[200];
+    int32_t turn_query;
+    char reg_url[400];
+    char creds_url[400];
+} request_block;
+
+/* Set to zeros before its first use. */
+typedef struct webrtc_inform {
+    char *offer;
+    char *uuid;
+    char *reserved; /* not filled here, but released */
+    char *turn_creds;
+} webrtc_inform;
+
+/**
+ * get_next_sdp_offer() - ask for the next offer of a session.
+ * @uuid: of the session; 63 characters count.
+ * @out: what it held is released; new texts for free_webrtc_inform(). Incomplete replies before the offer fill it, too.
+ *
+ * Waits at most 60 seconds for each reply.
+ * Returns: 0; -ENOENT after the time or when the listener breaks off; -1 for NULL, when the request cannot be sent or
+ *          the offer does not come in 5 seconds after its announcement (logged, but for NULL).
+ */
+VEXA_API int get_next_sdp_offer(const char *uuid, const request_block *req, webrtc_inform *out);
+
+/**
+ * set_sdp_answer() - hand the answer to an offer back; waits at most 5 seconds.
+ * @out_uuid: set to a new text, for free(), when the listener accepts the answer; untouched otherwise.
+ *
+ * Returns: 0 once the request is sent, whatever becomes of it; -1 for NULL or on failure (logged, but for NULL).
+ */
+VEXA_API int set_sdp_answer(const char *uuid, const char *answer, char **out_uuid);
+
+/**
+ * get_all_sdp_sessions() - list the open sessions; waits at most 3 seconds.
+ * @out548: 548 bytes, untouched when the result is not positive: the count as a 32-bit number, then the list in the
+ *          listener's own layout.
+ *
+ * Returns: sessions, as the listener counts them: more than the list can hold is possible and to be bounded by the
+ *          caller; 0 also after the time or for a refusal; -1 on failure (logged) or for NULL.
+ */
+VEXA_API int get_all_sdp_sessions(void *out548);
+
+/** close_sdp_session() - ask for a session's end. Returns 0 once that is sent; -1 for NULL or on failure (logged). */
+VEXA_API int close_sdp_session(const char *uuid);
+
+/** sdp_offer_recv() - receive a framed message in 5 seconds as the offer of @out, whose earlier one is released.
+ * Returns 0; -1 on failure (logged), with the earlier one in place, or for NULL. */
+VEXA_API int sdp_offer_recv(int fd, webrtc_inform *out);
+
+/** sdp_answer_send() - send a framed message of type 1, with 5 seconds. Returns 0, also when sending fails (logged); -1
+ *  without memory (logged) or for NULL. */
+VEXA_API int sdp_answer_send(int fd, const char *answer);
+
+/** free_webrtc_inform() - release the texts and set them to NULL; NULL is allowed. */
+VEXA_API void free_webrtc_inform(webrtc_inform *p);
+
+/* ------------------------------------------------------------------------------------------------------------------
  * Frequencies, channels and power
  *
  * Arithmetic on frequencies in MHz, channel numbers and the driver's phy modes: numbers from 0 to 32 that combine
