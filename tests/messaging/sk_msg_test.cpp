@@ -55,7 +55,7 @@ TEST(sk_msg_send, frames_the_payload_in_pieces)
 TEST(sk_msg_send, arrives_whole_at_a_slow_peer)
 {
     const ends pair;
-    message sent{std::string(1 << 21, 'x') + "end"}, got{"before "};
+    message sent{std::string(1 << 21, 'x').append("end")}, got{"before "};
     std::jthread peer{[&] { EXPECT_EQ(sk_msg_recv(pair.far.get(), &got, 5), sent.len); }};
     EXPECT_EQ(sk_msg_send(pair.near.get(), &sent, 5), sent.len);
     peer.join();
