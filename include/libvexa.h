@@ -2305,6 +2305,218 @@ VEXA_API int sdp_answer_send(int fd, const char *answer);
 VEXA_API void free_webrtc_inform(webrtc_inform *p);
 
 /* ------------------------------------------------------------------------------------------------------------------
+ * Wireless interfaces and stations
+ *
+ * What the Wi-Fi driver says. A virtual access point (VAP) is an interface of a radio. Each call asks through a socket
+ * of its own and keeps nothing, so that calls may run beside each other. Fields whose meaning is not said are the
+ * driver's, handed on unchanged. Log tags "wireless" and "libvexa".
+ */
+
+/** An average that is gathered: vexa_avg_increment() and vexa_avg_compute(). */
+typedef struct vexa_avg {
+    int64_t sum;
+    int64_t count;
+    int32_t average; /* sum / count, rounded; the default of vexa_avg_compute() while count is not positive */
+} vexa_avg;
+
+/** Connections that are forwarded for a station, in one direction. Latencies in ms. */
+typedef struct vexa_tcp_stats {
+    uint64_t goodbytes; /* bytes that were no repetition */
+    uint16_t stalls;
+    uint16_t retries;
+    uint32_t lat_max;
+    uint32_t lat_min; /* 0xFFFFFFFF without a sample */
+    vexa_avg lat;     /* -1 without a sample */
+} vexa_tcp_stats;
+
+/** How long frames wait from their queue to their acknowledgement, in microseconds. */
+typedef struct vexa_tx_latency {
+    uint64_t total;
+    uint64_t total_count;
+    uint32_t min;
+    uint32_t max;
+    int32_t avg; /* rounded to the nearest; -1 without a sample, or when the driver did not answer */
+} vexa_tx_latency;
+
+/** Factors of a station's satisfaction; factor i is the bit 1 << i of a mask. */
+#define VEXA_FACTORS 16
+/** Samples that a moving score looks back on. */
+#define VEXA_SCORE_HISTORY 4
+
+/** One of a station's two scores: from 0 to 100, and -1 for what is not scored. */
+typedef struct vexa_score {
+    int32_t score_now;
+    int32_t score_real;     /* moving score */
+    uint32_t reason_now;    /* bit of the worst factor; 0 while all are perfect */
+    uint32_t reason;        /* the same for the moving score */
+    uint32_t anomalies_now; /* bits of the factors below 80 */
+    uint32_t anomalies;
+    int32_t subscores_now[VEXA_FACTORS];
+    int32_t history[VEXA_SCORE_HISTORY][VEXA_FACTORS]; /* earlier subscores_now, filled by the host */
+} vexa_score;
+
+/** What vexa_sta_ht_get_stats() fills in, as the tracking device writes it. */
+typedef struct vexa_sta_tracking {
+    uint32_t radio_mode;     /* phy mode of the radio; 17, 18 and 23 take part in all of the scoring */
+    uint32_t ip_obtained;    /* flag: the station has an address */
+    uint32_t arp_answered;   /* flag: the gateway's hardware address was found */
+    uint32_t dns_timeouts;   /* queries without an answer */
+    uint32_t dns_latency;    /* ms; 0xFFFFFFFF without a query */
+    uint32_t icmp_rtt;       /* ms */
+    uint32_t dhcp_requests;  /* messages of the station */
+    int32_t dhcp_difference; /* its messages less the answers */
+    int32_t dhcp_retries;    /* how many of its messages repeat an earlier one */
+    uint32_t dhcp_offers;    /* messages of servers */
+    uint32_t dhcp_acks;
+    uint32_t disconnects;
+} vexa_sta_tracking;
+
+/**
+ * A station. Rates are in kbit/s, times in seconds; a field that ends in "_mov" is of the last minutes, the others
+ * count from the association on.
+ */
+typedef struct stainfo {
+    vexa_list links;
+    uint32_t valid; /* 0 in a placeholder, which has nothing but @mac */
+    uint8_t mac[6];
+    uint8_t serialno[6]; /* of a peer that is a device of the family */
+    uint32_t tx_rate;
+    uint32_t rx_rate;
+    int8_t tx_mcs;
+    uint8_t rssi; /* dB above @noise */
+    uint16_t ccq;
+    uint32_t driver_word;
+    uint32_t uptime;
+    uint32_t idletime;
+    uint16_t state;    /* below 4800 the rate is not scored, above 5000 by the wider curve */
+    int16_t noise;     /* dBm */
+    uint16_t tx_power; /* dBm */
+    uint32_t auth_time;
+    uint32_t dhcpstart_time;
+    uint32_t dhcpend_time;
+    uint32_t ip;       /* IPv4, network order */
+    char hostname[32]; /* no zero when it fills the field */
+    uint16_t flags;    /* low half of the capability word */
+    uint16_t associd;
+    uint16_t driver_word2;
+    vexa_tcp_stats rx_tcp_stats;
+    vexa_tcp_stats tx_tcp_stats;
+    /* from here to tx_latency: zeros, and -1 as average latency, when the driver has no counters for the station */
+    uint64_t rx_packets;
+    uint64_t rx_bytes;
+    uint32_t rx_counter;
+    uint32_t rx_mcast;
+    uint32_t rx_retries;
+    uint32_t tx_packets; /* data, at the first try */
+    uint64_t tx_bytes;
+    uint32_t tx_counter;
+    uint32_t tx_retry_burst_count;
+    uint32_t tx_rts_retries;
+    uint64_t tx_retries;
+    uint64_t wifi_tx_attempts; /* tx_retries + tx_packets */
+    uint64_t tx_data_mpdu_bytes;
+    uint64_t tx_total;
+    uint64_t wifi_tx_success;
+    uint64_t wifi_tx_dropped;
+    uint64_t wifi_tx_attempts_mov;
+    uint64_t tx_retries_mov;
+    uint64_t wifi_tx_dropped_mov;
+    uint64_t tx_total_mov;
+    uint64_t rx_bytes_mov;
+    uint64_t tx_bytes_mov;
+    uint32_t tx_rate_mov;
+    uint32_t rx_rate_mov;
+    vexa_tx_latency tx_latency;
+    uint32_t tx_eff_pct; /* moving attempts that were no retries, in percent; 100 without attempts */
+    uint32_t is_11b;     /* capabilities, 0 or 1 */
+    uint32_t is_11a;
+    uint32_t is_11n;
+    uint32_t is_11ac;
+    uint32_t is_11ax;
+    uint32_t is_11r;
+    uint8_t identity[64]; /* of 802.1X, identity_len bytes */
+    uint32_t identity_len;
+    uint16_t vlan_id;
+    int32_t skip_satisfaction;   /* set by the host: the station is left out of the scores of others */
+    vexa_score satisfaction;     /* calc_sta_satisfaction() and calc_sta_satisfaction_mov() */
+    vexa_score satisfaction_exp; /* the experimental set of factors */
+    int32_t bw_max_supp;         /* MHz */
+    char keyid[32];              /* this and what follows is the host's; 0 from here */
+    uint8_t nss;
+    uint8_t chwidth;
+    vexa_sta_tracking tracking; /* vexa_sta_ht_get_stats() */
+} stainfo;
+
+/** A network that a scan found. */
+typedef struct scanlist {
+    vexa_list links;
+    uint8_t bssid[6];
+    char ssid[32];      /* at most 31 characters of it */
+    uint32_t rssi;      /* dB above the noise */
+    uint32_t noise;     /* dBm without the sign */
+    uint32_t frequency; /* MHz */
+    uint32_t channel;
+    uint32_t beacon_interval; /* units of 1.024 ms */
+    uint32_t last_seen;       /* ms ago */
+    uint32_t privacy;         /* 16 when the network wants a key, else 0 */
+    uint32_t max_rate;        /* kbit/s */
+    uint32_t width;           /* MHz */
+    uint32_t nss;             /* spatial streams */
+    uint32_t ibss;            /* 2 for a network without access point, else 0 */
+    uint32_t vexa_ie;         /* 1 when a device of the family sends here, and only then the rest is set */
+    uint16_t vexa_ie_value;
+    uint8_t vexa_ie_mac[6];
+    uint32_t vexa_ie_flags[7];
+    char vexa_ie_name[64]; /* no zero when it fills the field */
+    uint32_t vexa_ie_flags2[2];
+    uint8_t vexa_ie_data[254];
+    uint8_t vexa_ie_blob1[36];
+    uint8_t vexa_ie_blob2[36];
+} scanlist;
+
+/** An interface that is up. */
+typedef struct vap_entry {
+    uint32_t in_use; /* 1 */
+    uint32_t family; /* 0 the main radio, 1 the second */
+    int32_t ifindex;
+    char ifname[16];
+    char parent[16]; /* the first VAP of the radio */
+} vap_entry;
+
+/** The state of a radio as one of its VAPs shows it. */
+typedef struct wireless_info {
+    char essid[40];
+    uint8_t bssid[6];
+    uint8_t mode; /* 1 station, 2 access point */
+    uint8_t channel;
+    uint32_t frequency; /* MHz */
+    uint32_t txpower;   /* dBm */
+    uint8_t ieee_mode;  /* 6 while waiting for the end of a radar check, else 5 */
+    uint32_t max_rate;  /* kbit/s */
+    uint8_t phy_mode;   /* for get_bw() and get_center_freq() */
+    uint8_t chains;
+    uint8_t dfswait; /* non-zero while waiting */
+} wireless_info;
+
+/** Counters of a radio since it came up, in the order of get_athstat(); shares are percent of the last second. */
+typedef struct athstat {
+    uint32_t busy; /* share of time with anything on the air */
+    uint32_t busy_tx;
+    uint32_t busy_rx;
+    uint32_t busy_other; /* of other networks */
+    uint32_t tx_packets;
+    uint32_t rx_packets;
+    uint32_t tx_retries;
+    uint32_t tx_dropped;
+    uint32_t rx_errors;
+    uint32_t rx_crc_errors;
+    int32_t noise; /* dBm */
+    uint32_t beacons;
+    uint32_t beacons_stuck;
+    uint32_t resets;
+} athstat;
+
+/* ------------------------------------------------------------------------------------------------------------------
  * Frequencies, channels and power
  *
  * Arithmetic on frequencies in MHz, channel numbers and the driver's phy modes: numbers from 0 to 32 that combine
@@ -2381,6 +2593,83 @@ VEXA_API int qx_nl80211_interface_info(const char *ifname, void *info);
 VEXA_API int qx_nl80211_interface_power(const char *ifname, int *mbm);
 VEXA_API const char *qx_nl80211_parent_interface(const char *ifname);
 VEXA_API int qx_nl80211_interface_set_power(const char *ifname, int mbm);
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * Client satisfaction
+ *
+ * Arithmetic on records; nothing is read and nothing allocated. Log tag "satisfaction".
+ */
+
+/** What a VAP is measured by. The host fills in a VAP's values; -1 is no value. */
+typedef enum vexa_metric {
+    VEXA_METRIC_SIGNAL,      /* mean of the stations' rssi, dB above the noise */
+    VEXA_METRIC_TX_RATE,     /* mean transmit rate, kbit/s */
+    VEXA_METRIC_RETRIES,     /* retries per hundred attempts */
+    VEXA_METRIC_DROPS,       /* frames given up, per hundred attempts */
+    VEXA_METRIC_TX_LATENCY,  /* mean transmit latency, microseconds */
+    VEXA_METRIC_TCP_LATENCY, /* mean latency of connections, ms */
+    VEXA_METRICS
+} vexa_metric;
+
+typedef struct vexa_vap {
+    vexa_list links; /* in vexa_ap.vaps */
+    char name[16];
+    char radio[16];                   /* name of its radio, filled with zeros */
+    vexa_list *stations;              /* of stainfo, as from get_stalist(); NULL for none */
+    uint32_t station_count;           /* of @stations, set by the host */
+    int32_t score;                    /* calc_vap_satisfaction() */
+    int32_t score_mov;                /* this and both counts: calc_satisfaction_mov() */
+    uint32_t anomalies[VEXA_FACTORS]; /* stations with this anomaly */
+    uint32_t reasons[VEXA_FACTORS];   /* stations with this reason */
+    int32_t metrics[VEXA_METRICS];    /* set by the host */
+} vexa_vap;
+
+typedef struct vexa_radio {
+    vexa_list links; /* in vexa_ap.radios */
+    char name[16];   /* filled with zeros */
+    int32_t score;
+    int32_t score_mov;
+} vexa_radio;
+
+typedef struct vexa_ap {
+    vexa_list vaps;         /* of vexa_vap */
+    vexa_list radios;       /* of vexa_radio */
+    uint32_t station_count; /* this and what follows @score: calc_satisfaction_mov() */
+    int32_t score;
+    int32_t score_mov;
+    vexa_avg metrics[VEXA_METRICS]; /* means of the VAPs' metrics, weighted by their stations */
+} vexa_ap;
+
+/** vexa_avg_round() - @sum / @count, halves away from zero; 0 when @count is 0. */
+VEXA_API int64_t vexa_avg_round(int64_t sum, int64_t count);
+
+/** vexa_avg_array() - the mean of @count values, rounded; 0 without any. */
+VEXA_API uint64_t vexa_avg_array(const uint64_t *values, size_t count);
+
+/** vexa_avg_compute() - set and return the average: rounded, at the end of the range where it goes beyond; @def while
+ *  the count is not positive. */
+VEXA_API int32_t vexa_avg_compute(vexa_avg *avg, int32_t def);
+
+typedef struct vexa_avg_pair {
+    int64_t sum;
+    int64_t count;
+} vexa_avg_pair;
+
+/** vexa_avg_increment() - add to sum and count, which stay at the end of their range. The average is left alone. */
+VEXA_API void vexa_avg_increment(vexa_avg *avg, vexa_avg_pair pair);
+
+/** vexa_avg_increment_sum_weighted() - add @value times @weight to the sum and @weight to the count; -1 is no value. */
+VEXA_API void vexa_avg_increment_sum_weighted(vexa_avg *avg, int32_t value, int32_t weight);
+
+/**
+ * vexa_remove_outliers() - drop what is more than three standard deviations away from the mean.
+ * @values: what stays moves to the front.
+ * @mean: set to the rounded mean of all values, also of those that are dropped.
+ * @count: of @values; set to how many stay.
+ *
+ * Returns: 0; -1 without a value, and then @mean is untouched.
+ */
+VEXA_API int vexa_remove_outliers(int64_t *values, int64_t *mean, size_t *count);
 
 #ifdef __cplusplus
 }
