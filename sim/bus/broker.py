@@ -189,10 +189,12 @@ class Broker:
         parts = {i: payload for i, payload in attributes(message[12:])}
         verbs = {PING: self.ping, LOOKUP: self.look_up, INVOKE: self.invoke, ADD_OBJECT: self.add_object,
                  REMOVE_OBJECT: self.remove_object, DATA: self.relay, STATUS: self.relay}
-        if kind in verbs:
+        if kind not in verbs:
+            return self.finish(number, seq, peer, INVALID_COMMAND)
+        try:
             verbs[kind](number, kind, seq, peer, parts)
-        else:
-            self.finish(number, seq, peer, INVALID_COMMAND)
+        except (KeyError, struct.error, UnicodeDecodeError):
+            self.finish(number, seq, peer, INVALID_ARGUMENT)
 
     def ping(self, number, _, seq, peer, parts):
         self.send(number, DATA, seq, peer, *(attribute(i, payload) for i, payload in parts.items()))
