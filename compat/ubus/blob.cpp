@@ -80,7 +80,7 @@ extern "C" void blob_nest_end(blob_buf *buf, void *cookie)
 {
     if (!cookie)
         return;
-    const size_t start = std::bit_cast<uintptr_t>(cookie) - 1;
+    const size_t start = reinterpret_cast<uintptr_t>(cookie) - 1;
     set_length(at_offset(buf, start), blob_raw_len(buf->head) - start);
 }
 
