@@ -72,6 +72,7 @@ TEST(help, every_command_has_one_line_and_an_example_that_its_table_row_accepts)
 TEST(completion, offers_what_may_stand_there)
 {
     the_device.put("/tmp/system.cfg", "radio.1.channel=6\nradio.2.channel=36\nradio.1.channel=7\nbad\nkey\tx\033=1\n");
+    the_device.put("/var/run/guest/portal/lobby/vlans", "10");
     const struct {
         const char *why;
         std::vector<std::string> words;
@@ -83,6 +84,11 @@ TEST(completion, offers_what_may_stand_there)
         {"nothing that a shell would take apart", {"config", "get", "key"}, ""},
         {"options of the command", {"config", "section", "radio.", "--p"}, "--postfix\n"},
         {"the choices of an option", {"--format", ""}, "json\nkv\ntable\n"},
+        {"interfaces of the device", {"iface", "e"}, "eth0\neth1\n"},
+        {"bridges only", {"fdb", ""}, "br0\n"},
+        {"guest portals", {"portal", "auth", ""}, "lobby\n"},
+        {"words to choose from", {"wait", "u"}, "uplink\n"},
+        {"a site key is no key of the configuration", {"envelope", "seal", ""}, ""},
         {"file names are left to the shell", {"config", "diff", ""}, ""},
     };
     for (const auto &row : rows) {
@@ -91,8 +97,34 @@ TEST(completion, offers_what_may_stand_there)
         arguments.insert(arguments.end(), row.words.begin(), row.words.end());
         EXPECT_EQ(vexactl(arguments).out, row.offered);
     }
-    const finished bash =
-        shell("vexactl() { $VEXACTL \"$@\"; }; eval \"$(vexactl completion bash)\";"
-              "COMP_WORDS=(vexactl config get radio.2); COMP_CWORD=3; _vexactl; echo ${COMPREPLY[@]}");
-    EXPECT_EQ(bash.out, "radio.2.channel\n") << bash.err;
+    const struct {
+        const char *shell, *around, *question; // what completes in a shell at work stands around
+    } shells[] = {
+        {"bash", "", "COMP_WORDS=(vexactl config get radio.2); COMP_CWORD=3; _vexactl; echo ${COMPREPLY[@]}"},
+        {"zsh", "compdef() {}; compadd() { print -l -- ${(P)argv[-1]}; }",
+         "words=(vexactl config get radio.2); CURRENT=4; _vexactl"},
+        {"fish", "", "complete -C 'vexactl config get radio.2'"},
+    };
+    const std::string tool = VEXACTL;
+    for (const auto &s : shells) {
+        const std::string line = std::string(s.around) + "\nexport PATH=" + tool.substr(0, tool.rfind('/')) +
+                                 ":$PATH; eval \"$(vexactl completion " + s.shell + ")\"; " + s.question;
+        const finished asked = run_program({s.shell, "-c", line});
+        if (asked.status != 127) { // the shell is there
+            EXPECT_EQ(asked.out, "radio.2.channel\n") << s.shell << asked.err;
+        }
+    }
+}
+
+TEST(wait, returns_when_it_is_there)
+{
+    EXPECT_EQ(vexactl({"wait", "uplink", "--timeout", "1"}).status, 0);
+    the_device.remove("/var/run/ntp.ready");
+    const finished clock = shell("$VEXACTL wait time --timeout 20 & echo > /var/run/ntp.ready; wait $!");
+    EXPECT_EQ(clock.status, 0) << clock.err;
+    const finished late = shell("script -qec \"$VEXACTL wait bus power.outlet --timeout 2\" /dev/null");
+    EXPECT_EQ(late.status, 1);
+    EXPECT_THAT(late.out, testing::StartsWith("\rwaiting for power.outlet ... 1 s "));
+    EXPECT_THAT(late.out, testing::EndsWith("\r\033[Kvexactl: no power.outlet within 2 s\r\n"));
+    EXPECT_EQ(vexactl({"wait", "bus"}).status + vexactl({"wait", "time", "x"}).status, 2 + 2);
 }

@@ -3,8 +3,11 @@
 
 #include "arguments.h"
 #include "configuration.h"
+#include "portal.h"
 
 #include <algorithm>
+#include <net/if.h>
+#include <unistd.h>
 
 namespace {
 
@@ -20,13 +23,47 @@ names configuration_keys(const char *file)
     return keys;
 }
 
+names interfaces(const char *)
+{
+    names all;
+    struct if_nameindex *const found = if_nameindex();
+    for (const struct if_nameindex *i = found; i && i->if_index != 0; i++)
+        all.emplace_back(i->if_name);
+    if_freenameindex(found);
+    return all;
+}
+
+names bridges(const char *)
+{
+    names all = interfaces(nullptr);
+    const auto is_none = [](const std::string &name) {
+        return access(("/sys/class/net/" + name + "/bridge").c_str(), F_OK) != 0;
+    };
+    all.erase(std::remove_if(all.begin(), all.end(), is_none), all.end());
+    return all;
+}
+
+// what each row of a list is called
+names names_of(const json_ref &rows, const char *key)
+{
+    names all;
+    for (size_t i = 0; i < json_array_size(rows.get()); i++)
+        all.emplace_back(bytes_of(json_object_get(json_array_get(rows.get(), i), key)));
+    return all;
+}
+
+names portals(const char *)
+{
+    return names_of(portal_set{}.documents(), "name");
+}
+
 // operands that are named after something on the device
 constexpr struct {
     const char *operand;
     names (*list)(const char *file);
 } live_names[] = {
-    {"KEY", configuration_keys},
-    {"PREFIX", configuration_keys},
+    {"KEY", configuration_keys}, {"PREFIX", configuration_keys}, {"IFNAME", interfaces}, {"BRIDGE", bridges},
+    {"PORTAL", portals},
 };
 
 names option_names(const arguments &line)
@@ -47,6 +84,8 @@ names operand_names(const arguments &line)
     if (line.count() >= operands.size())
         return {};
     const std::string &shown = operands[line.count()];
+    if (shown.find('|') != shown.npos)
+        return split(shown, '|');
     for (const auto &live : live_names)
         if (shown == live.operand || shown == "[" + std::string{live.operand} + "]")
             return live.list(line.value("file", running_configuration));

@@ -50,13 +50,13 @@ int gateway(const arguments &, output &out)
 
 constexpr verb verbs[] = {
     {.name = "bridge",
-     .operands = "[NAME]",
+     .operands = "[BRIDGE]",
      .summary = "the ports of a bridge, or of all, and their states",
      .options = {},
      .example = "vexactl bridge br0",
      .run = bridge},
     {.name = "fdb",
-     .operands = "[NAME]",
+     .operands = "[BRIDGE]",
      .summary = "the addresses that a bridge, or all, knows",
      .options = {},
      .example = "vexactl fdb br0 --json",

@@ -1,32 +1,22 @@
 // SPDX-License-Identifier: MIT
 #include "arguments.h"
-#include "loop.h"
+#include "bus.h"
 #include "message.h"
 #include "output.h"
 #include "text.h"
 
-#include <libvexa.h>
-
 namespace {
-
-constexpr char socket_path[] = "/var/run/ubus.sock";
-
-struct close_interface {
-    void operator()(vexa_ubus_interface_t *iface) const { vexa_ubus_close(iface); }
-};
-using unique_interface = std::unique_ptr<vexa_ubus_interface_t, close_interface>;
 
 int bus_find(const arguments &args, output &out)
 {
-    const unique_loop loop{event_base_new()};
-    const unique_interface iface{
-        vexa_ubus_create(loop.get(), socket_path, args.operand(0), VEXA_UBUS_NO_LOOKUP, nullptr, nullptr)};
-    if (!iface)
-        return out.fail(status_unavailable, std::string{"nobody listens at "} + socket_path);
-    if (vexa_ubus_find_service(iface.get()) != 0)
+    const bus_connection bus{args.operand(0)};
+    if (!bus.interface())
+        return out.fail(status_unavailable, std::string{"nobody listens at "} + bus_socket);
+    if (vexa_ubus_find_service(bus.interface()) != 0)
         return out.fail(status_negative, std::string{"no object '"} + args.operand(0) + "'");
     static constexpr column labels[] = {{"object", "Object"}, {"id", "Id", kind::number}};
-    return out.show({json_ref{object({{"object", text(args.operand(0))}, {"id", number(iface->service_id)}})}, labels});
+    return out.show(
+        {json_ref{object({{"object", text(args.operand(0))}, {"id", number(bus.interface()->service_id)}})}, labels});
 }
 
 int show_state(output &out, const char *state)
@@ -45,7 +35,7 @@ int bus_status(const arguments &args, output &out)
         return out.fail(status_usage, "bus status: --timeout takes a number from 0 to 65535");
     const unique_loop loop{event_base_new()};
     const unique_interface iface{
-        vexa_ubus_create(loop.get(), socket_path, "", VEXA_UBUS_NO_LOOKUP | VEXA_UBUS_RETRY, nullptr, nullptr)};
+        vexa_ubus_create(loop.get(), bus_socket, "", VEXA_UBUS_NO_LOOKUP | VEXA_UBUS_RETRY, nullptr, nullptr)};
     if (!iface)
         return out.fail(status_unavailable, "out of memory");
     const loop_end ends{loop.get(), *seconds};

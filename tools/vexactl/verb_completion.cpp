@@ -9,6 +9,7 @@
 namespace {
 
 // Each shell asks `vexactl complete` for candidates: all complete from the one verb table.
+// clang-format off
 constexpr struct {
     const char *shell, *script;
 } scripts[] = {
@@ -22,18 +23,22 @@ complete -F _vexactl vexactl
     {"zsh", R"sh(#compdef vexactl
 _vexactl() {
     local -a found
-    found=(${(f)" $(vexactl completion words-- "${(@)words[2,CURRENT]}" 2 > / dev / null) "})
-                if ((${#found}));
-then compadd - a found;
-else _files;
-fi
-} // namespace
+    found=("${(@f)$(vexactl complete -- "${(@)words[2,CURRENT]}" 2>/dev/null)}")
+    if [[ -n $found ]]; then
+        compadd -a found
+    else
+        _files
+    fi
+}
 compdef _vexactl vexactl
 )sh"},
-    {"fish",
-     R"sh(complete -c vexactl -a '(vexactl complete -- (commandline -opc)[2..-1] (commandline -ct) 2>/dev/null)'
+    {"fish", R"sh(function __vexactl
+    vexactl complete -- (commandline -opc)[2..-1] (commandline -ct) 2>/dev/null
+end
+complete -c vexactl -n 'count (__vexactl) >/dev/null' -f -a '(__vexactl)'
 )sh"},
 };
+// clang-format on
 
 int complete(const arguments &args, output &out)
 {

@@ -165,7 +165,7 @@ int anon_id(const arguments &args, output &out)
 
 constexpr verb verbs[] = {
     {.name = "envelope seal",
-     .operands = "KEY [TEXT]",
+     .operands = "SITEKEY [TEXT]",
      .summary = "the datagram, in hex, of a message under a site key of 32 digits",
      .options = {{{"method", "N", "what receivers dispatch on; default 0"},
                   {"type", "N", "default 0"},
@@ -176,7 +176,7 @@ constexpr verb verbs[] = {
      .example = "vexactl envelope seal 0123456789abcdeffedcba9876543210 hello",
      .run = envelope_seal},
     {.name = "envelope open",
-     .operands = "KEY HEX",
+     .operands = "SITEKEY HEX",
      .summary = "the header and payload of a datagram, and why it is refused",
      .options = {},
      .example = "vexactl envelope open \"$KEY\" \"$(vexactl envelope seal \"$KEY\" hello)\"",

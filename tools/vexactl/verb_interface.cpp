@@ -38,7 +38,7 @@ int uplink(const arguments &, output &out)
 
 constexpr verb verbs[] = {
     {.name = "iface",
-     .operands = "[NAME]",
+     .operands = "[IFNAME]",
      .summary = "an interface, or all: state, addresses, traffic",
      .options = {},
      .example = "vexactl iface br0",

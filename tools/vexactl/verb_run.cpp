@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "arguments.h"
 #include "output.h"
+#include "progress.h"
+#include "text.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -31,6 +33,7 @@ int run(const arguments &args, output &out)
         return out.fail(status_unavailable,
                         "no action script: neither " + std::string{scripts[0]} + " nor " + scripts[1] + " can be read");
     const bool wait = args.has("wait");
+    const progress running{visible(args.operand(0))};
     run_action(wait, args, std::make_index_sequence<most_arguments>{});
     if (out.for_people())
         return status_ok;

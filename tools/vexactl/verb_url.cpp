@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "arguments.h"
 #include "output.h"
+#include "progress.h"
+#include "text.h"
 
 #include <libvexa.h>
 
@@ -33,6 +35,7 @@ json_ref parts_of(const url &u)
 // An address of its own family, a name in IPv4.
 int resolve(url &u)
 {
+    const progress looking_up{std::string{"looking up "} + visible(u.host)};
     addrinfo hints{};
     hints.ai_family = AF_INET6;
     hints.ai_socktype = SOCK_STREAM;

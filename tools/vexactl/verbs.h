@@ -44,6 +44,7 @@ extern const verb_family report_family;
 extern const verb_family run_family;
 extern const verb_family system_family;
 extern const verb_family url_family;
+extern const verb_family wait_family;
 
 // every family, in the order that help shows
 std::span<const verb_family> verb_table();
