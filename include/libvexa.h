@@ -2388,7 +2388,7 @@ typedef struct stainfo {
     uint32_t driver_word;
     uint32_t uptime;
     uint32_t idletime;
-    uint16_t state;    /* below 4800 the rate is not scored, above 5000 by the wider curve */
+    uint16_t state;    /* frequency of its channel in MHz */
     int16_t noise;     /* dBm */
     uint16_t tx_power; /* dBm */
     uint32_t auth_time;
@@ -2451,19 +2451,19 @@ typedef struct stainfo {
 typedef struct scanlist {
     vexa_list links;
     uint8_t bssid[6];
-    char ssid[32];      /* at most 31 characters of it */
-    uint32_t rssi;      /* dB above the noise */
-    uint32_t noise;     /* dBm without the sign */
-    uint32_t frequency; /* MHz */
-    uint32_t channel;
+    char ssid[32];            /* at most 31 characters of it */
+    uint32_t rssi;            /* dB above the noise */
+    uint32_t noise;           /* dBm, in eight bits: 161 is -95 */
+    uint32_t flags;           /* the driver's */
+    uint32_t frequency;       /* MHz */
     uint32_t beacon_interval; /* units of 1.024 ms */
-    uint32_t last_seen;       /* ms ago */
+    uint32_t age;             /* ms since it was heard */
     uint32_t privacy;         /* 16 when the network wants a key, else 0 */
-    uint32_t max_rate;        /* kbit/s */
     uint32_t width;           /* MHz */
-    uint32_t nss;             /* spatial streams */
-    uint32_t ibss;            /* 2 for a network without access point, else 0 */
-    uint32_t vexa_ie;         /* 1 when a device of the family sends here, and only then the rest is set */
+    uint32_t max_rate;        /* kbit/s */
+    uint32_t channel;
+    uint32_t ibss;    /* 2 for a network without access point, else 0 */
+    uint32_t vexa_ie; /* 1 when a device of the family sends here, and only then the rest is set */
     uint16_t vexa_ie_value;
     uint8_t vexa_ie_mac[6];
     uint32_t vexa_ie_flags[7];
@@ -2493,28 +2493,142 @@ typedef struct wireless_info {
     uint32_t txpower;   /* dBm */
     uint8_t ieee_mode;  /* 6 while waiting for the end of a radar check, else 5 */
     uint32_t max_rate;  /* kbit/s */
-    uint8_t phy_mode;   /* for get_bw() and get_center_freq() */
     uint8_t chains;
+    uint8_t width;   /* MHz */
     uint8_t dfswait; /* non-zero while waiting */
 } wireless_info;
 
-/** Counters of a radio since it came up, in the order of get_athstat(); shares are percent of the last second. */
+/** What a radio counts since it came up; shares are percent of its recent time. */
 typedef struct athstat {
-    uint32_t busy; /* share of time with anything on the air */
-    uint32_t busy_tx;
-    uint32_t busy_rx;
-    uint32_t busy_other; /* of other networks */
-    uint32_t tx_packets;
     uint32_t rx_packets;
+    uint32_t tx_packets;
+    uint32_t rx_bytes;
+    uint32_t tx_bytes;
+    uint32_t rx_errors;
+    uint32_t tx_errors;
+    uint32_t busy; /* share with anything on the air */
+    uint32_t busy_rx;
+    uint32_t busy_tx;
+    uint32_t interference; /* share of other networks and noise */
+    int32_t noise;         /* dBm */
     uint32_t tx_retries;
     uint32_t tx_dropped;
-    uint32_t rx_errors;
-    uint32_t rx_crc_errors;
-    int32_t noise; /* dBm */
     uint32_t beacons;
-    uint32_t beacons_stuck;
-    uint32_t resets;
 } athstat;
+
+/** A capacity that enum_vaps() can fill. */
+#define VEXA_MAX_VAPS 34
+
+/**
+ * enum_vaps() - the interfaces that are up, radio by radio: the uplink ("apcli0", "apclii0") when its file
+ *               "/var/run/vapusage.<name>" is there, then "ra0" to "ra15" and "rai0" to "rai15".
+ * @entries: room for VEXA_MAX_VAPS, whatever @capacity says.
+ * @capacity: how many entries are set to zeros first.
+ *
+ * Returns: how many were filled in, also beyond @capacity; 0 for NULL or no capacity.
+ */
+VEXA_API int enum_vaps(vap_entry *entries, size_t capacity);
+
+/** vexa_if_is_up() - whether the interface is in "/sys/class/net" and its flag IFF_UP is set. */
+VEXA_API int vexa_if_is_up(const char *ifname);
+
+/** vexa_get_ifindex() - index of an interface from "/sys/class/net", of which three digits are read: 1000 and more are
+ *  cut. 0 when there is none. */
+VEXA_API int vexa_get_ifindex(const char *ifname);
+
+/** is_wireless_uplink_or_downlink_vap() - whether "/var/run/vapusage.<name>" says "uplink" or "downlink". The path is
+ *  cut after 25 characters. */
+VEXA_API int is_wireless_uplink_or_downlink_vap(const char *vap);
+
+/**
+ * get_stalist() - the stations of a VAP.
+ *
+ * Sends:   the driver's list request for an uplink or downlink VAP; else vexa_sta_ht_get_stas(). Then the requests of
+ *          get_stainfo() for each station, through one socket.
+ * Returns: a new list of stainfo for free_stalist(), in the order of the answer, empty without stations; NULL on
+ *          failure (logged, but for a refusal of the driver's). A station that the driver does not know is left out of
+ *          the driver's list; of the tracking device's it is a placeholder with valid 0.
+ * Errors:  without memory for a placeholder the process ends by a segmentation fault, after a line.
+ */
+VEXA_API vexa_list *get_stalist(const char *vap);
+
+/** free_stalist() - release a list and its stations; NULL is allowed. */
+VEXA_API void free_stalist(vexa_list *stations);
+
+/**
+ * get_stainfo() - what the driver knows about a station.
+ * @mac: 6 bytes.
+ *
+ * Returns: a new record with zeros where nothing is said; NULL when the driver does not answer (a debug line) or
+ *          memory ends. Without counters (a debug line) it is returned all the same.
+ */
+VEXA_API stainfo *get_stainfo(const char *vap, const uint8_t *mac);
+
+/** get_sta_associd() - association id of the station with that address (6 bytes); 0 on failure. */
+VEXA_API uint16_t get_sta_associd(const char *vap, const uint8_t *mac);
+
+/** vexa_sta_info_fill_tcp_stats() - unpack a block of the driver's, 28 bytes. Returns the average latency. */
+VEXA_API int32_t vexa_sta_info_fill_tcp_stats(vexa_tcp_stats *stats, const void *driver28);
+
+/** fill_wireless_info() - the state of a VAP and its radio. Fields that the driver does not answer for stay, but for
+ *  @essid, which is then empty (a debug line), and @dfswait and @ieee_mode. Returns 0. */
+VEXA_API int fill_wireless_info(const char *vap, wireless_info *info);
+
+/** fill_dfswait() - one byte: non-zero while the radio waits out a radar check; 0 without an answer. @sock is any open
+ *  socket. */
+VEXA_API void fill_dfswait(int sock, const char *vap, uint8_t *dfswait);
+
+/** get_athstat() - counters of the radio of an interface; @out is untouched on failure. */
+VEXA_API void get_athstat(const char *ifname, athstat *out);
+
+/** get_antenna_gain() - dBi; 0 on failure. */
+VEXA_API uint32_t get_antenna_gain(const char *ifname);
+
+/** get_if_essid() - the network name, terminated within @size; empty on failure (a debug line). Returns 0 or -1. */
+VEXA_API int get_if_essid(const char *ifname, char *buf, uint16_t size);
+
+/** set80211priv() - a request of the driver's own with @length bytes at @data. Returns 0; -1 with errno. */
+VEXA_API int set80211priv(int sock, const char *ifname, int request, int unused, uint16_t flags, void *data,
+                          uint16_t length);
+
+/** get80211priv() - the same for an answer. Returns the length that the driver says, which may be more than @length; -1
+ *  with errno. */
+VEXA_API int get80211priv(int sock, const char *ifname, int request, int unused, uint16_t flags, void *data,
+                          uint16_t length);
+
+/** vexa_scan_request() - tell the driver to scan for a network; NULL for all. 127 characters in all are sent. Returns
+ *  0; -1 on failure (logged). */
+VEXA_API int vexa_scan_request(const char *ifname, const char *text);
+
+/** vexa_set_bpdu_filter() - tell the driver to keep bridge protocol frames. Returns 0; -1 on failure (logged). */
+VEXA_API int vexa_set_bpdu_filter(const char *ifname, int value);
+
+/** vexa_set_net_annid() - returns @id; there is nothing to set on this platform. */
+VEXA_API int vexa_set_net_annid(int id);
+
+/** Takes a scan entry of the driver's, or an information element, of @length bytes in all. The result does not
+ *  matter. */
+typedef int (*vexa_scan_callback)(const uint8_t *data, size_t length, void *context);
+
+/**
+ * parse_scan_results() - call for each network that the last scan found.
+ *
+ * The walk ends before an entry whose length cannot be.
+ * Returns: 0; -1 when the driver has no answer of at least one entry's header, or an argument is NULL.
+ */
+VEXA_API int parse_scan_results(const char *ifname, vexa_scan_callback callback, void *context);
+
+/** parse_scan_result_ies() - call for each information element of @count bytes that is there as a whole. @entry is not
+ *  read. Returns 0. */
+VEXA_API int parse_scan_result_ies(const void *entry, const uint8_t *element, int count, vexa_scan_callback callback,
+                                   void *context);
+
+/** get_scanlist() - what the last scan found. Returns a new list of scanlist for free_scanlist(), empty when the driver
+ *  does not answer; NULL without memory for its head. */
+VEXA_API vexa_list *get_scanlist(const char *ifname);
+
+/** free_scanlist() - release a list and its entries; NULL is allowed. */
+VEXA_API void free_scanlist(vexa_list *networks);
 
 /* ------------------------------------------------------------------------------------------------------------------
  * Frequencies, channels and power
@@ -2670,6 +2784,27 @@ VEXA_API void vexa_avg_increment_sum_weighted(vexa_avg *avg, int32_t value, int3
  * Returns: 0; -1 without a value, and then @mean is untouched.
  */
 VEXA_API int vexa_remove_outliers(int64_t *values, int64_t *mean, size_t *count);
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * Station tracking device
+ *
+ * Requests to "/dev/vexa_sta_ht", which each call opens and closes. The results are those of ioctl(): negative with
+ * errno on failure, and -1 without the device (logged; failed requests are too, but for the last). Selectors and
+ * values are handed on to the device. Log tag "vexa_sta_ht_user".
+ */
+
+/** vexa_sta_ht_get_stas() - the stations of an interface, 6 bytes each. Returns the bytes written, at most @length. */
+VEXA_API int vexa_sta_ht_get_stas(uint32_t ifindex, void *macs, uint64_t length);
+
+/** vexa_sta_ht_get_stats() - fill the tracking member of a station whose mac is set. */
+VEXA_API int vexa_sta_ht_get_stats(stainfo *station, uint32_t selector);
+
+/** vexa_sta_ht_set_keyid() - attach a text, of which 31 characters count, to the station with that address. */
+VEXA_API int vexa_sta_ht_set_keyid(const uint8_t *mac, uint32_t value, const char *keyid);
+
+/** vexa_sta_ht_get_probe_frame() - the last probe frame of a station.
+ * @length: room at @frame; set by the device, also on failure, and at most the room. */
+VEXA_API int vexa_sta_ht_get_probe_frame(const uint8_t *mac, uint32_t selector, void *frame, uint32_t *length);
 
 #ifdef __cplusplus
 }
