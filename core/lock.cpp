@@ -2,6 +2,7 @@
 #include "core/log.h"
 #include "core/owner.h"
 #include "core/paths.h"
+#include "core/sleep.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -19,13 +20,6 @@ struct lock {
 
 lock report{path_report_lock, O_RDONLY | O_DIRECTORY};
 lock inform_profile{path_inform_profile_lock, O_RDWR | O_CREAT};
-
-void sleep_a_second()
-{
-    timespec left{1, 0};
-    while (nanosleep(&left, &left) != 0 && errno == EINTR) {
-    }
-}
 
 bool take(int fd)
 {

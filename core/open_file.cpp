@@ -21,6 +21,11 @@ unique_fd open_descriptor(const char *path, int dirfd)
     return unique_fd{openat(dirfd, path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)};
 }
 
+unique_fd open_writable(const char *path, int flags, mode_t mode, int dirfd)
+{
+    return unique_fd{openat(dirfd, path, flags | O_CREAT | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, mode)};
+}
+
 bool close_written(unique_file file)
 {
     const bool failed = ferror(file.get()) != 0;

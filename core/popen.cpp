@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "core/popen.h"
+
 #include "core/log.h"
 #include "core/owner.h"
 
@@ -52,6 +54,15 @@ size_t terminate(char *text, size_t length, size_t room)
 }
 
 } // namespace
+
+int popen_status(const char *command)
+{
+    FILE *pipe = open_command(command);
+    char dropped[piece];
+    while (pipe && read_output(pipe, dropped, sizeof dropped) == sizeof dropped) {
+    }
+    return pipe ? pclose(pipe) : -1;
+}
 
 extern "C" int popen_get_output(const char *command, char *buf, size_t size)
 {
