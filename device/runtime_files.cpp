@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "device/touch_file.h"
+
 #include "core/log.h"
 #include "core/owner.h"
 
@@ -18,6 +20,16 @@ constexpr char path_tcp[] = "/proc/net/tcp";
 constexpr char listens_on_ssh[] = ":0016 00000000:0000 0A";
 
 constexpr const char *dhcp_states[] = {"deconfig", "leasefail", "bound", "renew"}; // counted from 1
+
+int touch(const char *path, mode_t mode, int flags, const char *func)
+{
+    flags |= O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+    const unique_fd fd{open(path, flags, 0666)};
+    if (fd && fchmod(fd.get(), mode) == 0)
+        return 0;
+    log_err_as(func, "%s - %i/%s", path, errno, strerror(errno));
+    return -1;
+}
 
 } // namespace
 
@@ -47,9 +59,10 @@ extern "C" int system_is_ssh(void)
 
 extern "C" int touch_file(const char *path, mode_t mode)
 {
-    const unique_fd fd{open(path, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0666)};
-    if (fd && fchmod(fd.get(), mode) == 0)
-        return 0;
-    log_err("%s - %i/%s", path, errno, strerror(errno));
-    return -1;
+    return touch(path, mode, 0, __func__);
+}
+
+int touch_mark(const char *path, mode_t mode)
+{
+    return touch(path, mode, O_NOFOLLOW, "touch_file");
 }
