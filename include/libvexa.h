@@ -2305,6 +2305,116 @@ VEXA_API int sdp_answer_send(int fd, const char *answer);
 VEXA_API void free_webrtc_inform(webrtc_inform *p);
 
 /* ------------------------------------------------------------------------------------------------------------------
+ * Crash reports
+ *
+ * What went wrong on the device, as JSON objects for the crash-report service. Commands run through the shell, with the
+ * host's PATH. Log tag "crash".
+ *
+ * Isolation logs are gzip-compressed tar files that another component leaves in "/etc/persistent/isolation_logs/". The
+ * library keeps one JSON object for each below "meta/" there, under the log's name: {filename, sent_to_analytics,
+ * send_attempts, payload, sent_to_net}. Once a local consumer has finished a log, an empty file of its name in
+ * "/etc/persistent/isolation_logs_sent/" tells that it is done with. Only regular files count, and links do not. Every
+ * pass makes the object of a new log and runs the action "save-config" when persistent storage changed. Several
+ * processes may pass at once: each locks the object it works on, and tries ten times, a second apart.
+ */
+
+/** has_oops() - 1 when the kernel holds a dump of its last crash, as "oopsdump -e" tells; asked once per process. */
+VEXA_API int has_oops(void);
+
+/**
+ * oops_clear() - save the kernel's dump to "/var/run/last-crashlog.txt" and drop it; has_oops() is 0 from then on.
+ *
+ * Returns: the wait status of "oopsdump -c"; -1 when that cannot be known.
+ */
+VEXA_API int oops_clear(void);
+
+/** is_dir_in_persistent() - 1 when the path begins with "/etc/persistent", whatever follows. */
+VEXA_API int is_dir_in_persistent(const char *path);
+
+/**
+ * save_crash_payload() - keep a report, readable by its owner only.
+ * @payload: borrowed; anything but an object or an array is logged as invalid.
+ *
+ * Writes:  "/var/run/report_payload.txt", indented, unless the text is longer than 512000 bytes. A link there is not
+ *          followed.
+ * Errors:  logged.
+ */
+VEXA_API void save_crash_payload(json_t *payload);
+
+/** save_crash_payload_cmd() - the same for a command line that failed, in "/var/run/report_payload_cmd.txt". */
+VEXA_API void save_crash_payload_cmd(const char *cmd);
+
+/**
+ * json_object_capture_popen() - set a member to the output of a command, at most 1048575 bytes of it.
+ * @cmd: run by the shell; NULL does nothing.
+ *
+ * Bytes that are no UTF-8 become U+FFFD. Whether the command succeeds is only logged.
+ * Returns: 0; -1 when it cannot be run (logged; the member is "") or the member cannot be set.
+ */
+VEXA_API int json_object_capture_popen(json_t *obj, const char *key, const char *cmd);
+
+/** has_crash_logs() - 1 when the consumer has not finished every isolation log. */
+VEXA_API int has_crash_logs(void);
+
+/**
+ * get_next_crash_log() - the first isolation log that the consumer has not finished.
+ *
+ * Returns: its object with one more member, "file_data": the log in base64, "" when it cannot be read whole. NULL when
+ *          there is none or it cannot be opened (logged).
+ */
+VEXA_API json_t *get_next_crash_log(void);
+
+/**
+ * mark_crash_log_finished() - the consumer has what it wants of a log; it is never visited again.
+ * @filename: the member "filename" of get_next_crash_log(), or the file's own name; NULL is logged for each log.
+ *
+ * Returns: 1; 0 for an unknown name or on failure (logged).
+ */
+VEXA_API int mark_crash_log_finished(const char *filename);
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * Traces
+ *
+ * Telemetry events as JSON objects: {namespace, type, timestamp, source, meta, payload}. A setter steals its value and
+ * gives 0, or -1 when the trace is no object or does not take it; a value of the wrong type is logged. Log tag "trace",
+ * most of it for debugging.
+ */
+
+/** trace_object() - new empty trace. */
+VEXA_API json_t *trace_object(void);
+
+/** trace_array() - new empty array of traces. */
+VEXA_API json_t *trace_array(void);
+
+/** trace_array_append_new() - append a trace, which is stolen. Returns 0 or -1. */
+VEXA_API int trace_array_append_new(json_t *array, json_t *trace);
+
+/** trace_decref() - release one reference; NULL is allowed. */
+VEXA_API void trace_decref(json_t *json);
+
+/** trace_object_set_payload_new() - an object, which goes out as text: {contentType: "application/json", data}. */
+VEXA_API int trace_object_set_payload_new(json_t *trace, json_t *payload);
+
+/** trace_object_set_timestamp_new() - an integer: milliseconds since 1970. */
+VEXA_API int trace_object_set_timestamp_new(json_t *trace, json_t *value);
+
+/** trace_object_set_type_new() - a string. */
+VEXA_API int trace_object_set_type_new(json_t *trace, json_t *value);
+
+/** trace_object_set_namespace_new() - a string. */
+VEXA_API int trace_object_set_namespace_new(json_t *trace, json_t *value);
+
+/** trace_object_set_source_new() - an object whose members are strings. */
+VEXA_API int trace_object_set_source_new(json_t *trace, json_t *value);
+
+/** trace_object_set_meta_new() - an object whose members are strings. */
+VEXA_API int trace_object_set_meta_new(json_t *trace, json_t *value);
+
+/** dump_refcount() - log the reference count of a value and of all that it holds, 64 levels deep; a value that holds
+ *  itself is not followed again. */
+VEXA_API void dump_refcount(json_t *json);
+
+/* ------------------------------------------------------------------------------------------------------------------
  * Wireless interfaces and stations
  *
  * What the Wi-Fi driver says. A virtual access point (VAP) is an interface of a radio. Each call asks through a socket

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/owner.h"
+#include "tests/support/device.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+// Stand-ins for what the firmware brings along, first on the path. They note their arguments in /tmp/commands.
+inline void install_commands()
+{
+    the_device.put("/tmp/bin/syswrapper.sh",
+                   "#!/bin/sh\n"
+                   "[ $1 = read-crash-log ] && echo 'Oops: secret=x' && exit\n"
+                   "sed s/secret=.*/secret=***/ # a filter\n",
+                   0755);
+    the_device.put("/tmp/bin/oopsdump", "#!/bin/sh\necho oopsdump $* >>/tmp/commands\necho dump\nexit ${OOPS:-0}\n",
+                   0755);
+    the_device.put("/etc/syswrapper.sh", "#!/bin/sh\necho $* >>/tmp/commands\n", 0755);
+    static const std::string path = getenv("PATH");
+    setenv("PATH", ("/tmp/bin:" + path).c_str(), 1);
+}
+
+inline const std::string logs = "/etc/persistent/isolation_logs/";
+inline const std::string finished_logs = "/etc/persistent/isolation_logs_sent/";
+
+// A log as its writer leaves it: a compressed archive with one file.
+inline void put_log(const std::string &name)
+{
+    std::filesystem::create_directories(logs);
+    std::ofstream("/tmp/said") << "said by <" << name << "> secret=word\n";
+    ASSERT_EQ(system("tar -czf /tmp/log.tgz -C /tmp said"), 0);
+    std::filesystem::copy_file("/tmp/log.tgz", logs + name);
+}
+
+inline json_ref file_json(const std::string &path)
+{
+    return json_ref{json_load_file(path.c_str(), 0, nullptr)};
+}
+
+inline std::string text_of(const json_t *object, const char *key)
+{
+    const char *text = json_string_value(json_object_get(object, key));
+    return text ? text : "(none)";
+}
