@@ -67,14 +67,16 @@ constexpr board_port data_port(uint8_t phy_idx, uint8_t port_id)
     return {phy_idx, port_id, 0, 0, {}, "Data"};
 }
 
-constexpr board_port one_powered[] = {powered_port(4, 0)};
-constexpr board_port one_multigigabit[] = {powered_port(8, 0)};
+// Port numbers count from 1, as LLDP neighbours are looked up by them: eth0 is port 1.
+constexpr board_port one_powered[] = {powered_port(4, 1)};
+constexpr board_port one_multigigabit[] = {powered_port(8, 1)};
 constexpr board_port one_data[] = {data_port(5, 1)};
-constexpr board_port in_wall_switch[] = {powered_port(4, 0), data_port(0, 1), data_port(1, 2), data_port(2, 3),
-                                         powering_port(3, 4)};
-constexpr board_port small_switch[] = {data_port(0, 1), powered_port(4, 0), powering_port(1, 2)};
-constexpr board_port gateway_switch[] = {data_port(0, 0), data_port(1, 1), data_port(2, 2), data_port(3, 3)};
-constexpr board_port uplink_port[] = {main_port(4, 4)};
+constexpr board_port second_data[] = {data_port(5, 2)};
+constexpr board_port in_wall_switch[] = {powered_port(4, 1), data_port(0, 2), data_port(1, 3), data_port(2, 4),
+                                         powering_port(3, 5)};
+constexpr board_port small_switch[] = {data_port(0, 2), powered_port(4, 1), powering_port(1, 3)};
+constexpr board_port gateway_switch[] = {data_port(0, 1), data_port(1, 2), data_port(2, 3), data_port(3, 4)};
+constexpr board_port uplink_port[] = {main_port(4, 5)};
 
 constexpr radio_row mt7603_mt7915[] = {{"ra0", "MT7603", 0x7603, 2, band_2, n},
                                        {"rai0", "MT7915", 0x7915, 2, band_5, n_ac_ax}};
@@ -88,7 +90,7 @@ constexpr radio_row mt7981_mt7981[] = {{"ra0", "MT7981", 0x7981, 2, band_2, n_ac
 constexpr board_row rows[] = {
     {0xa610, ceiling, "Jay 5 Lite", "J5L", 0x7621, 0x00051d00, {one_powered}, mt7603_mt7915},
     {0xa611, ceiling, "Jay 5", "J5", 0x7622, 0x00051d00, {one_powered}, mt7622_mt7915},
-    {0xa612, ceiling, "Jay 5 Pro", "J5P", 0x7622, 0x00052a00, {one_powered, one_data}, mt7915_mt7915},
+    {0xa612, ceiling, "Jay 5 Pro", "J5P", 0x7622, 0x00052a00, {one_powered, second_data}, mt7915_mt7915},
     {0xa613, extender, "Tern 5", "T5", 0x7621, 0x00053b00, {one_data}, mt7603_mt7915},
     {0xa614, in_wall, "Wren 5", "W5", 0x7621, 0x00051d00, {in_wall_switch}, mt7603_mt7915},
     {0xa640, ceiling, "Kite 5", "K5", 0x7622, 0x00052a00, {one_powered}, mt7622_mt7915, {75, 300}},
