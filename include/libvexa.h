@@ -953,7 +953,7 @@ VEXA_API const char *get_key_element(const char *key, unsigned n);
 /** One Ethernet port. */
 typedef struct board_port {
     uint8_t phy_idx;
-    uint8_t port_id; /* of the switch, or the number of the interface */
+    uint8_t port_id; /* from 1: as "local_port_idx" of vexa_get_lldp_json() */
     uint8_t poe_in;  /* 1: the port that the device may be powered by */
     uint8_t flags;   /* VEXA_PORT_POE_OUT */
     uint8_t reserved[4];
@@ -2894,6 +2894,41 @@ VEXA_API void vexa_avg_increment_sum_weighted(vexa_avg *avg, int32_t value, int3
  * Returns: 0; -1 without a value, and then @mean is untouched.
  */
 VEXA_API int vexa_remove_outliers(int64_t *values, int64_t *mean, size_t *count);
+
+/* ------------------------------------------------------------------------------------------------------------------
+ * LLDP neighbours
+ *
+ * What the device is plugged into, as the LLDP daemon's client "lldpcli" tells. The client runs in the shell, and in a
+ * process group of its own; it has ended when a call returns. How often in a row an answer without neighbours was
+ * logged is state of the process. Log tag "lldp".
+ */
+
+/**
+ * vexa_get_lldp_json() - the neighbours, one object for each local port that the client knows a chassis behind.
+ *
+ * Runs:    "lldpcli -f json show neigh"; of its output 16383 bytes count. It may fall silent for 2 seconds at a time.
+ * Shapes:  an array of {"local_port_name": text, "is_wired": boolean, "chassis_id": text, and where the client tells
+ *          them "chassis_descr", "port_id", "port_descr": text}; wired ports have "local_port_idx", the number behind
+ *          the first three characters of the name plus 1. A name is wired that begins with "eth" or "bond". Without an
+ *          id the chassis is "00:00:00:00:00:00".
+ * Returns: a new array, empty without neighbours (the first five answers of that kind in a row are logged) and when the
+ *          answer is no JSON or not of LLDP (logged); what was built so far when memory runs out (logged); NULL when
+ *          the client cannot be run or read, or falls silent (logged).
+ */
+VEXA_API json_t *vexa_get_lldp_json(void);
+
+/**
+ * vexa_get_lldp_report() - what is at the other end of the main port, and of a wireless uplink.
+ * @chassis_descr: set to the description behind the main port, up to its first comma, cut to fit; "" without one.
+ * @oui: set to the first six digits of that chassis's hardware address; "" when its id is none, or in 6 bytes or less.
+ * @is_wireless_uplink: set to 1 when the name of get_uplink_device() begins with neither "eth" nor "bond", else to 0.
+ * @uplink_descr: set to the description behind a wireless uplink, likewise.
+ *
+ * Reads:   get_main_phy_port_id(), get_uplink_device(), vexa_get_lldp_json(). A size of 0 leaves a text untouched.
+ * Returns: 0; -1 without an uplink device; -ENOENT when the client cannot be asked.
+ */
+VEXA_API int vexa_get_lldp_report(char *chassis_descr, uint32_t chassis_descr_size, char *oui, uint32_t oui_size,
+                                  uint8_t *is_wireless_uplink, char *uplink_descr, uint32_t uplink_descr_size);
 
 /* ------------------------------------------------------------------------------------------------------------------
  * Station tracking device
