@@ -43,6 +43,17 @@ Entry *entry_of(vexa_list *link)
     return reinterpret_cast<Entry *>(reinterpret_cast<char *>(link) - offsetof(Entry, links));
 }
 
+// Hands each entry over to be released; the list is empty then.
+template <typename Entry, typename Release>
+void list_clear(vexa_list *head, Release release)
+{
+    for (vexa_list *link = head->next, *next; link != head; link = next) {
+        next = link->next;
+        release(entry_of<Entry>(link));
+    }
+    list_init(head);
+}
+
 // The first entry, unlinked; null when the list is empty.
 template <typename Entry>
 Entry *list_take_first(vexa_list *head)

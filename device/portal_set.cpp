@@ -44,10 +44,10 @@ extern "C" void guest_portal_set_init(guest_portal_set *set)
 
 extern "C" void guest_portal_set_clear(guest_portal_set *set)
 {
-    while (auto *portal = list_take_first<guest_portal>(&set->portals)) {
+    list_clear<guest_portal>(&set->portals, [](guest_portal *portal) {
         guest_portal_clear(portal);
         free(portal);
-    }
+    });
 }
 
 extern "C" void guest_portal_set_add(guest_portal_set *set, guest_portal *p)

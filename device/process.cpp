@@ -124,8 +124,7 @@ extern "C" void vexa_ps_list_free(vexa_ps_list *list)
 {
     if (!list)
         return;
-    while (auto *entry = list_take_first<vexa_ps_entry>(&list->entries))
-        free_process(entry);
+    list_clear<vexa_ps_entry>(&list->entries, free_process);
     free_sockets(list->sockets);
     free(list);
 }

@@ -141,6 +141,5 @@ void read_descriptors(int proc, vexa_ps_entry &entry, bool list, const vexa_sock
 
 void free_descriptors(vexa_ps_entry &entry)
 {
-    while (auto *fd = list_take_first<vexa_ps_fd>(&entry.fds))
-        free_descriptor(fd);
+    list_clear<vexa_ps_fd>(&entry.fds, free_descriptor);
 }

@@ -28,7 +28,7 @@ struct filled : blob_buf {
     std::string json(int indent = -1) const
     {
         char *text = blobmsg_format_json_with_cb(head, true, nullptr, nullptr, indent);
-        const std::string result = text;
+        std::string result = text;
         free(text);
         return result;
     }

@@ -5,7 +5,7 @@ namespace {
 
 board b; // of no model, and what board_identify() answers
 
-void start_with(std::vector<std::vector<board_port>> groups)
+void start_with(const std::vector<std::vector<board_port>> &groups)
 {
     b = {};
     for (const auto &ports : groups) {

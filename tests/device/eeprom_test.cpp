@@ -11,7 +11,7 @@ std::string eeprom()
     buffer *b = vexa_read_eeprom();
     if (!b)
         return "none";
-    const std::string text = std::to_string(b->len(b)) + *static_cast<char *>(b->head(b));
+    std::string text = std::to_string(b->len(b)) + *static_cast<char *>(b->head(b));
     buffer_destroy(b);
     return text;
 }
