@@ -16,6 +16,9 @@ json_t *checked(json_t *value)
     return value;
 }
 
+// Plain ASCII, so that no character from outside reaches a terminal as itself.
+constexpr size_t json_style = JSON_ENSURE_ASCII | JSON_ENCODE_ANY | JSON_REAL_PRECISION(15);
+
 json_t *sanitized_object(const json_t *value)
 {
     json_t *copy = checked(json_object());
@@ -98,4 +101,15 @@ json_ref sanitized(const json_t *value)
     default:
         return json_ref{json_incref(const_cast<json_t *>(value))};
     }
+}
+
+std::string json_text(const json_t *document, size_t style)
+{
+    const json_ref clean = sanitized(document);
+    char *dumped = json_dumps(clean.get(), json_style | style);
+    if (!dumped)
+        out_of_memory();
+    std::string out = std::string{dumped} + "\n";
+    free(dumped);
+    return out;
 }

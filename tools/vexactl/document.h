@@ -5,6 +5,7 @@
 #include <initializer_list>
 #include <jansson.h>
 #include <memory>
+#include <string>
 #include <string_view>
 
 // What a command answers is made once, as a JSON value. Its strings are the exact bytes from outside; they become
@@ -34,3 +35,6 @@ std::string_view bytes_of(const json_t *string);
 
 // a copy whose strings are valid UTF-8
 json_ref sanitized(const json_t *value);
+
+// the value, sanitized, as JSON in ASCII with a line feed; `style` as jansson's flags
+std::string json_text(const json_t *value, size_t style);

@@ -1,110 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "output.h"
 
+#include "cells.h"
 #include "shell_words.h"
-#include "table.h"
 #include "text.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <unistd.h>
-
-namespace {
-
-// Plain ASCII, so that no character from outside reaches a terminal as itself.
-constexpr size_t json_style = JSON_ENSURE_ASCII | JSON_ENCODE_ANY | JSON_REAL_PRECISION(15);
-
-std::string json_text(const json_t *document, size_t style)
-{
-    const json_ref clean = sanitized(document);
-    char *dumped = json_dumps(clean.get(), json_style | style);
-    if (!dumped)
-        out_of_memory();
-    std::string out = std::string{dumped} + "\n";
-    free(dumped);
-    return out;
-}
-
-std::string scalar_text(const json_t *value);
-
-std::string words_text(const json_t *list)
-{
-    std::string text;
-    for (size_t i = 0; i < json_array_size(list); i++)
-        text += (i ? " " : "") + scalar_text(json_array_get(list, i));
-    return text;
-}
-
-std::string scalar_text(const json_t *value)
-{
-    if (!value || json_is_null(value))
-        return "-";
-    if (json_is_string(value))
-        return visible(bytes_of(value));
-    if (json_is_boolean(value))
-        return json_is_true(value) ? "yes" : "no";
-    if (json_is_array(value))
-        return words_text(value);
-    std::string text = json_text(value, JSON_COMPACT);
-    text.pop_back();
-    return text;
-}
-
-// how people see the kinds of a change
-constexpr struct {
-    const char *word, *mark;
-    look as;
-} changes[] = {{"added", "+", look::good}, {"removed", "-", look::bad}, {"changed", "~", look::changed}};
-
-cell change_cell(const json_t *value)
-{
-    for (const auto &c : changes)
-        if (bytes_of(value) == c.word)
-            return {c.mark, c.as};
-    return {scalar_text(value)};
-}
-
-std::string bytes_text(json_int_t count)
-{
-    static constexpr const char *units[] = {"B", "kB", "MB", "GB", "TB", "PB", "EB"};
-    auto amount = static_cast<double>(count);
-    size_t unit = 0;
-    for (; amount >= 999.95 && unit + 1 < std::size(units); unit++)
-        amount /= 1000;
-    return format(unit ? "%.1f %s" : "%.0f %s", amount, units[unit]);
-}
-
-cell cell_of(const json_t *value, kind as, const palette &colours)
-{
-    if (as == kind::on_off && json_is_boolean(value)) {
-        const bool on = json_is_true(value);
-        return {colours.mark(on) + (on ? " on" : " off"), on ? look::good : look::dim};
-    }
-    if (as == kind::bytes && json_is_integer(value))
-        return {bytes_text(json_integer_value(value))};
-    if (as == kind::change && json_is_string(value))
-        return change_cell(value);
-    return {scalar_text(value), value && !json_is_null(value) ? look::plain : look::dim};
-}
-
-// what stands for the columns of an answer that names none
-std::vector<column> own_columns(const json_t *object)
-{
-    std::vector<column> columns;
-    const char *key = nullptr;
-    json_t *value = nullptr;
-    json_object_foreach(const_cast<json_t *>(object), key, value)
-        columns.push_back({key, key, json_is_number(value) ? kind::number : kind::text, json_is_string(value)});
-    return columns;
-}
-
-std::vector<column> columns_of(const answer &what, const json_t *object)
-{
-    return what.columns.empty() ? own_columns(object) : std::vector<column>{what.columns.begin(), what.columns.end()};
-}
-
-} // namespace
 
 int output::show(const answer &what)
 {
