@@ -10,6 +10,11 @@
 #include <cstring>
 #include <unistd.h>
 
+bool has_no_rows(const section &s)
+{
+    return json_is_array(s.body.document.get()) && json_array_size(s.body.document.get()) == 0;
+}
+
 int output::show(const answer &what)
 {
     const json_t *document = what.document.get();
@@ -34,7 +39,7 @@ int output::page(const std::string &title, const std::vector<section> &sections)
     }
     std::string out = colours_.paint(look::heading, title) + "\n";
     for (const section &s : sections) {
-        if (json_is_array(s.body.document.get()) && json_array_size(s.body.document.get()) == 0)
+        if (has_no_rows(s))
             continue;
         const std::string rule = colours_.rule(page_width - width(s.title) - 1);
         out += "\n" + colours_.paint(look::heading, s.title) + " " + colours_.paint(look::dim, rule) + "\n";

@@ -3,6 +3,7 @@
 
 #include "colour.h"
 #include "document.h"
+#include "plot.h"
 #include "status.h"
 
 #include <span>
@@ -38,7 +39,10 @@ struct section {
     const char *key; // of its document in the page's document
     std::string title;
     answer body;
+    plot picture{}; // of the body, on a page that has pictures
 };
+
+bool has_no_rows(const section &s); // people do not see it then
 
 enum class output_format { table, json, kv };
 

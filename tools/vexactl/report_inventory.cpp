@@ -28,7 +28,9 @@ section memory()
     static constexpr column columns[] = {{"MemTotal", "All"},    {"MemFree", "Free"},  {"MemAvailable", "Available"},
                                          {"Buffers", "Buffers"}, {"Cached", "Cached"}, {"Slab", "Slab"}};
     json_ref document = memory_document();
-    return record_section("memory", "Memory (kB)", document ? document.release() : object({}), columns);
+    section made = record_section("memory", "Memory (kB)", document ? document.release() : object({}), columns);
+    made.picture = {plot::shape::share, "MemTotal", "MemAvailable"};
+    return made;
 }
 
 } // namespace
