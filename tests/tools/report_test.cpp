@@ -22,6 +22,7 @@ TEST(report, never_shows_a_secret)
     std::string all;
     for (const char *format : {"table", "json", "kv"})
         all += vexactl({"report", "--format", format}).out;
+    all += vexactl({"report", "--html", "-"}).out;
     EXPECT_THAT(all, testing::HasSubstr("Harbour"));
     size_t secrets = 0;
     for (const std::string &line : lines_of(the_device.text("/tmp/system.cfg"))) {
