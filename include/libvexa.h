@@ -2864,6 +2864,74 @@ typedef struct vexa_ap {
     vexa_avg metrics[VEXA_METRICS]; /* means of the VAPs' metrics, weighted by their stations */
 } vexa_ap;
 
+/** Names of the factors, by index: of an anomaly ("weak_signal") and of a reason ("signal"). */
+VEXA_API extern const char *const anomalies_bar_chart_keys[VEXA_FACTORS];
+VEXA_API extern const char *const reasons_bar_chart_keys[VEXA_FACTORS];
+
+typedef struct vexa_xretry_penalty {
+    uint32_t radio_mode;
+    float threshold; /* drops per hundred attempts */
+} vexa_xretry_penalty;
+
+/** From which share of drops on a station loses points, by the mode of its radio; the first row of a mode holds. The
+ *  host may write other values. */
+VEXA_API extern vexa_xretry_penalty sat_xretry_penalty_thrs[2];
+
+typedef struct vexa_xretry_segment {
+    uint32_t score_at_upper;
+    uint32_t score_at_lower;
+    uint32_t lower; /* drops per hundred attempts */
+    uint32_t upper;
+} vexa_xretry_segment;
+
+typedef struct vexa_xretry_range {
+    uint32_t radio_mode;
+    vexa_xretry_segment segments[5];
+} vexa_xretry_range;
+
+/** The curve of drops of the experimental set, likewise. Its bounds are 0 until the host writes them, and until then
+ *  any drop scores 0 there. */
+VEXA_API extern vexa_xretry_range sat_xretry_metric_ranges[2];
+
+/**
+ * calc_sta_satisfaction() - both scores of a station: what ends in "_now".
+ * @sta: from get_stalist(), its @tracking filled in by vexa_sta_ht_get_stats().
+ *
+ * The score is the lowest of the factors', the reason that factor: of equal ones the first in the order in which they
+ * are looked at. reason_now and anomalies_now are only added to: they are 0 in a fresh record.
+ * Errors:  more retries or drops than attempts score 0 (logged as a warning).
+ * Returns: nothing of use.
+ */
+VEXA_API int calc_sta_satisfaction(stainfo *sta);
+
+/**
+ * calc_sta_satisfaction_mov() - the moving score: score_real, reason and anomalies.
+ * @score: its subscores_now are averaged with its @history, factor by factor; -1 is no value.
+ *
+ * The host keeps the history: of each station, found again by its address, the subscores_now of its last four cycles,
+ * which it copies into the fresh record before this call. Where it has less the samples must be filled with -1: a
+ * fresh record holds zeros, which count as such, but for the three timeouts (IP, ARP, DNS).
+ */
+VEXA_API void calc_sta_satisfaction_mov(vexa_score *score);
+
+/** calc_vap_satisfaction() - the VAP's score: the mean of score_now over station_count, where stations that are not
+ *  valid, skipped or not scored add nothing; -1 without stations. Returns @vap. */
+VEXA_API vexa_vap *calc_vap_satisfaction(vexa_vap *vap);
+
+/** calc_radio_satisfaction() - the radio's score: the mean of its VAPs' scores, weighted by their stations; -1 without
+ *  stations. @vaps is a list like vexa_ap.vaps. Returns @radio. */
+VEXA_API vexa_radio *calc_radio_satisfaction(vexa_radio *radio, const vexa_list *vaps);
+
+/** calc_ap_satisfaction() - the access point's score, likewise of all VAPs. Returns @ap. */
+VEXA_API vexa_ap *calc_ap_satisfaction(vexa_ap *ap);
+
+/**
+ * calc_satisfaction_mov() - the moving scores of every station, VAP and radio and of the access point, the counts of
+ * anomalies and reasons of every VAP, and the access point's stations and means. They are of the first of a station's
+ * two scores. A skipped station has -1, no reason and no anomalies.
+ */
+VEXA_API void calc_satisfaction_mov(vexa_ap *ap);
+
 /** vexa_avg_round() - @sum / @count, halves away from zero; 0 when @count is 0. */
 VEXA_API int64_t vexa_avg_round(int64_t sum, int64_t count);
 
