@@ -1,11 +1,13 @@
 # SPDX-License-Identifier: MIT
 # The library, once as objects, then linked as libvexa.so.1 and archived as libvexa.a.
 
+include(cmake/deployment.cmake)
 include(cmake/exports.cmake)
 
 find_package(PkgConfig REQUIRED)
 find_package(ZLIB REQUIRED)
 pkg_check_modules(JANSSON REQUIRED IMPORTED_TARGET jansson)
+pkg_check_modules(LIBCURL REQUIRED IMPORTED_TARGET libcurl>=7.85)
 pkg_check_modules(LIBEVENT REQUIRED IMPORTED_TARGET libevent_core)
 
 add_library(vexa_warnings INTERFACE)
@@ -23,8 +25,8 @@ target_compile_options(vexa_objects PRIVATE
     $<$<AND:$<NOT:$<CONFIG:Debug>>,$<NOT:$<BOOL:${VEXA_SANITIZED}>>>:-D_FORTIFY_SOURCE=2>)
 target_include_directories(vexa_objects
     PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
-    PRIVATE ${PROJECT_SOURCE_DIR})
-target_link_libraries(vexa_objects PRIVATE vexa_warnings PkgConfig::JANSSON PkgConfig::LIBEVENT ZLIB::ZLIB)
+    PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_BINARY_DIR}/generated)
+target_link_libraries(vexa_objects PRIVATE vexa_warnings PkgConfig::JANSSON PkgConfig::LIBCURL PkgConfig::LIBEVENT ZLIB::ZLIB)
 
 include(cmake/bus_client.cmake)
 target_link_libraries(vexa_objects PRIVATE vexa_bus_client)
@@ -50,7 +52,7 @@ set_target_properties(vexa PROPERTIES
     LINK_DEPENDS ${version_script})
 target_include_directories(vexa PUBLIC
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
-target_link_libraries(vexa PRIVATE PkgConfig::JANSSON PkgConfig::LIBEVENT ZLIB::ZLIB vexa_bus_client)
+target_link_libraries(vexa PRIVATE PkgConfig::JANSSON PkgConfig::LIBCURL PkgConfig::LIBEVENT ZLIB::ZLIB vexa_bus_client)
 target_link_options(vexa PRIVATE
     # clang leaves the sanitizers' runtime to the program
     -Wl,--version-script=${version_script} $<$<NOT:$<BOOL:${VEXA_FUZZ}>>:-Wl,-z,defs> -Wl,-z,relro -Wl,-z,now -Wl,--as-needed -Wl,--gc-sections

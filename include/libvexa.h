@@ -2305,6 +2305,78 @@ VEXA_API int sdp_answer_send(int fd, const char *answer);
 VEXA_API void free_webrtc_inform(webrtc_inform *p);
 
 /* ------------------------------------------------------------------------------------------------------------------
+ * HTTP client
+ *
+ * One request per call, over libcurl: redirects are followed, HTTP and HTTPS only; the peer's certificate must be good
+ * by libcurl's default store and for the host's name; a transfer takes 5 seconds at most. Results are those of libcurl
+ * (CURLcode): 0 once an answer came, whatever its status. Each call has a handle of its own; libcurl's global
+ * initialisation is the process's. Log tag "curl_simple"; failed requests are logged as debug lines.
+ */
+
+struct curl_slist; /* of libcurl: a list of header lines */
+
+/** Resolve the host's name over HTTPS, by curl_simple_doh_providers. */
+#define VEXA_HTTP_DOH 0x1u
+/** If none of them resolves it, ask the system's resolver; without VEXA_HTTP_DOH it means nothing. */
+#define VEXA_HTTP_DOH_FALLBACK 0x2u
+
+/** What an answer brought. */
+typedef struct curl_simple_response {
+    long code;       /* HTTP status; 0 when there was none */
+    buffer *body;    /* of the answer, appended */
+    size_t max_size; /* bytes that the body may have */
+    size_t received; /* bytes that came, those that found no place included; more than the body has when it was cut */
+} curl_simple_response;
+
+/** "GET", "POST" and "PUT". */
+VEXA_API extern const char *const curl_simple_method_str[3];
+
+/** URLs of the resolvers, in the order in which they are asked, and a NULL. They are a setting of the build. */
+VEXA_API extern const char *const curl_simple_doh_providers[3];
+
+/** curl_simple_response_init() - new response for curl_simple_response_free(); NULL without memory (logged). */
+VEXA_API curl_simple_response *curl_simple_response_init(size_t max_size);
+
+/** curl_simple_response_free() - release a response with its body; NULL is allowed. */
+VEXA_API void curl_simple_response_free(curl_simple_response *resp);
+
+/**
+ * curl_simple_get() - send a GET.
+ * @flags: VEXA_HTTP_DOH and VEXA_HTTP_DOH_FALLBACK, or 0.
+ * @headers: lines to send, which stay the caller's; NULL for none. Authorization and cookies go to the host of @address
+ *           only, not to one that it redirects to.
+ * @resp: filled; its status also when the transfer failed. NULL leaves the body to libcurl, which writes it to standard
+ *        output.
+ *
+ * Sends:   the method also to where it is redirected.
+ * Returns: a CURLcode; with VEXA_HTTP_DOH the one of the last resolver tried: the next one is asked only after
+ *          CURLE_COULDNT_RESOLVE_HOST (6).
+ */
+VEXA_API int curl_simple_get(const char *address, uint32_t flags, const struct curl_slist *headers,
+                             curl_simple_response *resp);
+
+/** curl_simple_post() - curl_simple_get() with POST and a body of @body_len bytes; without one when that is 0 or @body
+ *  is NULL. */
+VEXA_API int curl_simple_post(const char *address, uint32_t flags, const struct curl_slist *headers, const void *body,
+                              size_t body_len, curl_simple_response *resp);
+
+/** curl_simple_put() - curl_simple_post() with PUT. */
+VEXA_API int curl_simple_put(const char *address, uint32_t flags, const struct curl_slist *headers, const void *body,
+                             size_t body_len, curl_simple_response *resp);
+
+/**
+ * curl_simple_post_json() - curl_simple_post() of a JSON object in its compact form, with the fitting Content-Type.
+ * @json: borrowed; NULL sends no body.
+ *
+ * Returns: as curl_simple_get(), and CURLE_OUT_OF_MEMORY (27) when @json is neither object nor array, or without memory
+ *          (logged).
+ */
+VEXA_API int curl_simple_post_json(const char *address, uint32_t flags, const json_t *json, curl_simple_response *resp);
+
+/** curl_simple_put_json() - curl_simple_post_json() with PUT. */
+VEXA_API int curl_simple_put_json(const char *address, uint32_t flags, const json_t *json, curl_simple_response *resp);
+
+/* ------------------------------------------------------------------------------------------------------------------
  * Crash reports
  *
  * What went wrong on the device, as JSON objects for the crash-report service. Commands run through the shell, with the
