@@ -5,6 +5,8 @@
 #include "messaging/send_piece.h"
 #include "messaging/wait.h"
 
+#include <cstring>
+#include <fcntl.h>
 #include <sys/un.h>
 
 static_assert(sizeof(webrtc_record) == 1876 && offsetof(webrtc_record, body) == 4);
@@ -40,6 +42,34 @@ unique_fd connect_to_listener()
     return unique_fd{};
 }
 
+void fcntl_setfl(int fd, int flags)
+{
+    if (fcntl(fd, F_SETFL, flags) < 0)
+        log_err("flag:%x errno:%d/%s", unsigned(flags), errno, strerror(errno));
+}
+
+// A descriptor does not block while this lives. Sending does not depend on it: what cannot be set is only logged.
+class nonblocking {
+public:
+    explicit nonblocking(int fd) : fd_{fd}, flags_{fcntl(fd, F_GETFL)} { fcntl_setfl(fd_, flags_ | O_NONBLOCK); }
+    nonblocking(const nonblocking &) = delete;
+    ~nonblocking()
+    {
+        const keep_errno kept;
+        fcntl_setfl(fd_, flags_);
+    }
+
+private:
+    int fd_, flags_;
+};
+
+bool send_record(int fd, const webrtc_record &request)
+{
+    const outlet out{fd, send_timeout_s, nullptr, 0, log_tag, "send_nonblocking", 1, LOG_ERR};
+    const nonblocking for_now{fd};
+    return send_piece(out, &request, sizeof request);
+}
+
 } // namespace
 
 unique_fd send_webrtc_request(const char *func, const webrtc_record &request)
@@ -49,8 +79,7 @@ unique_fd send_webrtc_request(const char *func, const webrtc_record &request)
         log_err_as(func, "Socket error");
         return channel;
     }
-    const outlet out{channel.get(), send_timeout_s, nullptr, 0, log_tag, "send_nonblocking", 1, LOG_ERR};
-    if (!send_piece(out, &request, sizeof request)) {
+    if (!send_record(channel.get(), request)) {
         log_err_as(func, "Socket Timeout");
         channel.reset();
     }
