@@ -160,7 +160,8 @@ class Listener:
             self.listen()
         elif verb:
             self.manners, self.argument = verb, argument
-        print("done", flush=True)
+        if line:
+            print("done", flush=True)
         return line
 
     def run(self):

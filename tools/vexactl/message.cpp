@@ -29,29 +29,51 @@ std::string mac_text(const uint8_t mac[6])
     return format("%02x:%02x:%02x:%02x:%02x:%02x", mac[0], mac[1], mac[2], mac[3], mac[4], mac[5]);
 }
 
-std::optional<uint16_t> number16(const arguments &args, const char *option, uint16_t otherwise)
+namespace {
+
+template <typename T>
+std::optional<T> number_after(const arguments &args, const char *option, T otherwise)
 {
     const char *given = args.value(option);
     if (!given)
         return otherwise;
     const std::string_view digits = given;
-    uint16_t value = 0;
+    T value = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
     return error == std::errc{} && end == digits.data() + digits.size() ? std::optional{value} : std::nullopt;
 }
 
-std::string read_message(const arguments &args, size_t index, message &out)
+} // namespace
+
+std::optional<uint16_t> number16(const arguments &args, const char *option, uint16_t otherwise)
+{
+    return number_after(args, option, otherwise);
+}
+
+std::optional<int32_t> number32(const arguments &args, const char *option, int32_t otherwise)
+{
+    return number_after(args, option, otherwise);
+}
+
+std::string read_payload(const arguments &args, size_t index, std::string &out)
 {
     const std::string name = args.command()->name;
-    const auto method = number16(args, "method", 0), type = number16(args, "type", 0);
-    if (!method || !type)
-        return name + ": --method and --type take numbers from 0 to 65535";
     const char *text = args.operand(index), *hex = args.value("hex");
     if (!text == !hex)
         return name + ": either TEXT or --hex is needed";
     const std::optional<std::string> payload = hex ? bytes_of_hex(hex) : std::string{text};
     if (!payload)
         return name + ": --hex takes pairs of hexadecimal digits";
-    out = {*payload, *method, *type};
+    out = *payload;
     return "";
+}
+
+std::string read_message(const arguments &args, size_t index, message &out)
+{
+    const auto method = number16(args, "method", 0), type = number16(args, "type", 0);
+    if (!method || !type)
+        return std::string{args.command()->name} + ": --method and --type take numbers from 0 to 65535";
+    out.method = *method;
+    out.type = *type;
+    return read_payload(args, index, out.payload);
 }

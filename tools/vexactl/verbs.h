@@ -38,6 +38,7 @@ extern const verb_family interface_family;
 extern const verb_family inventory_family;
 extern const verb_family lock_family;
 extern const verb_family log_family;
+extern const verb_family msg_family;
 extern const verb_family portal_family;
 extern const verb_family power_family;
 extern const verb_family report_family;
@@ -45,6 +46,7 @@ extern const verb_family run_family;
 extern const verb_family system_family;
 extern const verb_family url_family;
 extern const verb_family wait_family;
+extern const verb_family webrtc_family;
 
 // every family, in the order that help shows
 std::span<const verb_family> verb_table();
