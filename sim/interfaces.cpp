@@ -34,11 +34,12 @@ descriptor memory_file(const std::string &text)
 
 } // namespace
 
-void make_interfaces(const std::filesystem::path &file)
+void make_interfaces(const std::filesystem::path &file, const std::string &more)
 {
     std::ifstream lines(file);
-    const descriptor input = memory_file(
-        "link set lo up\n" + std::string(std::istreambuf_iterator<char>(lines), std::istreambuf_iterator<char>()));
+    const descriptor input =
+        memory_file("link set lo up\n" +
+                    std::string(std::istreambuf_iterator<char>(lines), std::istreambuf_iterator<char>()) + more);
     char name[] = "ip", batch[] = "-batch", standard_input[] = "-";
     char *const arguments[] = {name, batch, standard_input, nullptr};
     posix_spawn_file_actions_t actions;

@@ -2,10 +2,11 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 
 namespace sim {
 
-// Brings the loopback interface up and runs the lines of `file`, if there is one, through `ip -batch`.
-void make_interfaces(const std::filesystem::path &file);
+// Brings the loopback interface up and runs the lines of `file`, if there is one, and more through `ip -batch`.
+void make_interfaces(const std::filesystem::path &file, const std::string &more);
 
 } // namespace sim

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // vexa-sim: runs a program on a simulated device.
+#include "sim/preload.h"
 #include "sim/program.h"
 #include "sim/simulated_device.h"
 
@@ -65,6 +66,7 @@ request read_request(char **argument)
         throw wrong_usage("no program to run; see vexa-sim --help");
     r.program = argument;
     r.options.reachable = sim::places_of(*argument);
+    r.options.driver = sim::find_driver();
     return r;
 }
 

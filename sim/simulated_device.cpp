@@ -5,6 +5,8 @@
 #include "sim/eeprom.h"
 #include "sim/interfaces.h"
 #include "sim/namespaces.h"
+#include "sim/preload.h"
+#include "sim/wireless.h"
 
 #include <fstream>
 #include <pthread.h>
@@ -52,9 +54,12 @@ void protect_machine(const std::vector<path> &writable)
             fail<error>("cannot make " + folder.string() + " writable");
 }
 
-std::vector<path> with_current_folder(std::vector<path> paths)
+std::vector<path> reachable_on_device(const options &o)
 {
     std::error_code none;
+    std::vector<path> paths = o.reachable;
+    if (!o.driver.empty())
+        paths.push_back(o.driver);
     paths.push_back(fs::current_path(none));
     return paths;
 }
@@ -64,14 +69,19 @@ std::vector<path> with_current_folder(std::vector<path> paths)
 void simulated_device::enter(const options &o)
 {
     const path folder = find_device(o.device);
-    const std::vector<path> reachable = with_current_folder(o.reachable);
+    const std::vector<path> reachable = reachable_on_device(o);
     initial_ = read_device_files(folder / "root");
     if (const path factory_data = folder / "eeprom"; fs::exists(factory_data))
         initial_.push_back(read_factory_data(factory_data));
+    const wireless radios = read_wireless(folder / "wireless");
+    initial_.insert(initial_.end(), radios.files.begin(), radios.files.end());
+    const bool has_driver = !radios.files.empty() && !o.driver.empty();
+    if (has_driver)
+        initial_.push_back(driver_file(o.driver));
     options_ = o;
     enter_namespaces();
     mounts::make_private();
-    make_interfaces(folder / "interfaces");
+    make_interfaces(folder / "interfaces", radios.interfaces);
 
     protect_machine(o.writable);
     mount_sys();
@@ -80,6 +90,8 @@ void simulated_device::enter(const options &o)
     lay_out();
     if (chdir(reachable.back().c_str()) != 0 && chdir("/") != 0)
         fail<error>("no current folder");
+    if (has_driver)
+        preload();
 }
 
 void simulated_device::cover_machine()

@@ -15,6 +15,7 @@ struct options {
     bool keep_proc = false;           // leave the kernel's own /proc alone; the device's files below it are not there
     std::vector<path> reachable = {}; // stays in its place although the device covers /tmp, /run and the like
     std::vector<path> writable = {};  // folders of the machine that may be written
+    path driver = {};                 // preloaded in programs that are started on a device with radios
 };
 
 // The device that this process and its children run on. The machine's files and network are out of reach of anything

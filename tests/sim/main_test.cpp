@@ -123,6 +123,23 @@ TEST_F(vexa_sim, shows_a_device_to_children_and_their_children)
     EXPECT_THAT(run_program({VEXA_SIM, "list"}).out, HasSubstr("\nempty  "));
 }
 
+// Any program sees a working radio, one with a sanitizer, too (vexa-sim itself).
+TEST_F(vexa_sim, answers_for_the_radios_of_a_device)
+{
+    const std::string name_of_ra0 = "python3 -c 'import fcntl, socket, struct, ctypes\n"
+                                    "name = ctypes.create_string_buffer(40)\n"
+                                    "block = struct.pack(\"16sQHH4x\", b\"ra0\", ctypes.addressof(name), 40, 0)\n"
+                                    "fcntl.ioctl(socket.socket(socket.AF_INET, socket.SOCK_DGRAM), 0x8B1B, block)\n"
+                                    "print(name.value.decode())'\n";
+    const finished run = on_device(
+        name_of_ra0 +
+        "cat /var/run/vapusage.apclii0 /sys/class/net/ra0/address\nASAN_OPTIONS=$ASAN_OPTIONS:detect_leaks=0 " VEXA_SIM
+        " --version >/dev/null || exit\n"
+        "echo 'vap ra0 ssid=\"Harbour 2\"' >>/var/run/vexa-sim/wireless\n" +
+        name_of_ra0);
+    EXPECT_EQ(run.out, "Harbour Street\nuplink\n02:56:58:00:10:10\nHarbour 2\n") << run.err;
+}
+
 TEST_F(vexa_sim, says_when_the_kernel_refuses)
 {
     const finished run = sh("unshare -Ur sh -c 'echo 0 >/proc/sys/user/max_mnt_namespaces && " VEXA_SIM " run true'");

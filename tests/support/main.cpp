@@ -7,8 +7,10 @@ namespace {
 
 sim::options &chosen()
 {
-    static sim::options options{
-        .device = VEXA_DEVICES "/access-point", .reachable = {VEXA_BUILD}, .writable = {VEXA_WRITABLE}};
+    static sim::options options{.device = VEXA_DEVICES "/access-point",
+                                .reachable = {VEXA_BUILD},
+                                .writable = {VEXA_WRITABLE},
+                                .driver = VEXA_BUILD "/sim/libvexa-driver.so"};
     return options;
 }
 

@@ -7,7 +7,7 @@ const runs_on no_device{the_machine}; // each command makes its own, with a /pro
 
 finished on(const std::string &device, const std::string &command)
 {
-    const std::string line = "ASAN_OPTIONS=detect_leaks=0 " VEXACTL " --json " + command;
+    const std::string line = "ASAN_OPTIONS=$ASAN_OPTIONS:detect_leaks=0 " VEXACTL " --json " + command;
     return run_program({VEXA_SIM, "run", "--device", device, "--", "sh", "-c", line});
 }
 

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#include "sim/driver/bytes.h"
+
+#include "sim/error.h"
+
+#include <algorithm>
+#include <arpa/inet.h>
+#include <string>
+
+namespace sim::driver {
+
+bytes bytes_of_hex(std::string_view digits)
+{
+    constexpr std::string_view values = "0123456789abcdef";
+    bytes out;
+    bool second = false;
+    for (const char digit : digits) {
+        if (digit == '.' || digit == ':')
+            continue;
+        const size_t value = values.find(char(digit | 0x20));
+        if (value == values.npos)
+            throw error("no bytes in hexadecimal: " + std::string(digits));
+        if (second)
+            out.back() = uint8_t(out.back() << 4 | value);
+        else
+            out.push_back(uint8_t(value));
+        second = !second;
+    }
+    if (second)
+        throw error("half a byte at the end of " + std::string(digits));
+    return out;
+}
+
+mac mac_of(std::string_view text)
+{
+    mac address{};
+    const bytes read = bytes_of_hex(text);
+    if (read.size() != address.size())
+        throw error("no hardware address: " + std::string(text));
+    std::copy(read.begin(), read.end(), address.begin());
+    return address;
+}
+
+uint32_t ipv4_of(std::string_view text)
+{
+    in_addr address{};
+    if (inet_pton(AF_INET, std::string(text).c_str(), &address) != 1)
+        throw error("no IPv4 address: " + std::string(text));
+    return ntohl(address.s_addr);
+}
+
+} // namespace sim::driver
