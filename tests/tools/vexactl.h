@@ -19,7 +19,8 @@ inline finished vexactl(std::vector<std::string> arguments)
 // where a leak detector would look.
 inline finished shell(const std::string &line)
 {
-    return run_program({"bash", "-c", "export ASAN_OPTIONS=$ASAN_OPTIONS:detect_leaks=0; VEXACTL='" VEXACTL "'; " + line});
+    return run_program(
+        {"bash", "-c", "export ASAN_OPTIONS=$ASAN_OPTIONS:detect_leaks=0; VEXACTL='" VEXACTL "'; " + line});
 }
 
 struct drop_json {
