@@ -7,6 +7,7 @@
 
 #include <ctime>
 #include <fstream>
+#include <sstream>
 
 namespace sim {
 
@@ -29,6 +30,30 @@ std::string text_of(const driver::mac &address)
     return out;
 }
 
+std::string content_of(const std::filesystem::path &file)
+{
+    std::ifstream in(file, std::ios::binary);
+    if (!in)
+        fail<error>("cannot read " + file.string());
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+// A line "include FILE" stands for another description beside this one. It comes last, so that the lines of this one
+// keep their numbers.
+std::string with_included(const std::filesystem::path &file)
+{
+    constexpr std::string_view include = "include ";
+    std::istringstream lines(content_of(file));
+    std::string own, included;
+    for (std::string line; std::getline(lines, line);) {
+        const bool includes = line.starts_with(include);
+        own += (includes ? "# " : "") + line + '\n';
+        if (includes)
+            included += content_of(file.parent_path() / line.substr(include.size()));
+    }
+    return own + included;
+}
+
 driver::description read(const std::filesystem::path &file, const std::string &content)
 {
     try {
@@ -42,10 +67,9 @@ driver::description read(const std::filesystem::path &file, const std::string &c
 
 wireless read_wireless(const std::filesystem::path &file)
 {
-    std::ifstream in(file, std::ios::binary);
-    if (!in)
+    if (!std::filesystem::exists(file))
         return {};
-    const std::string content{std::istreambuf_iterator<char>(in), {}};
+    const std::string content = with_included(file);
     wireless out{{{driver::places::description, content, readable, false},
                   {driver::places::entered, now(), readable, false},
                   {driver::places::tracker, "", of_root, false}},

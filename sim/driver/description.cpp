@@ -7,6 +7,7 @@
 #include "sim/error.h"
 
 #include <algorithm>
+#include <sstream>
 
 namespace sim::driver {
 
@@ -32,7 +33,7 @@ private:
     void add_setting(const object &);
     void check_quality(const object &);
 
-    keys quality(const std::string &name, int depth = 0) const;
+    keys qualities(const std::string &names, int depth = 0) const;
     const object &get(std::string_view kind, const std::string &name) const;
     radio &get_radio(const std::string &name);
     vap &get_vap(const std::string &name);
@@ -168,19 +169,25 @@ void reader::add_vap(const object &o)
                          {}});
 }
 
-keys reader::quality(const std::string &name, int depth) const
+keys reader::qualities(const std::string &names, int depth) const
 {
     constexpr int deepest = 8;
-    if (name.empty() || depth == deepest)
-        return {};
-    keys values = get("quality", name).values;
-    values.merge(quality(value_or(values, "like", ""), depth + 1));
+    if (depth > deepest)
+        throw error("qualities are like each other: " + names);
+    keys values;
+    std::istringstream list(names);
+    for (std::string name; std::getline(list, name, ',');) {
+        keys its = get("quality", name).values;
+        its.merge(qualities(value_or(its, "like", ""), depth + 1));
+        values.merge(its);
+    }
     return values;
 }
 
 void reader::check_quality(const object &o)
 {
     check_keys(o, {&station_info, &node_statistics, &tracking_statistics}, {"load", "known", "like", "ssid"});
+    (void)qualities(o.name);
 }
 
 void reader::add_station(const object &o)
@@ -190,7 +197,7 @@ void reader::add_station(const object &o)
     vap &its_vap = get_vap(value_or(o.values, "vap", ""));
     const keys &its_radio = get("radio", its_vap.its_radio->name).values;
     keys values = o.values;
-    values.merge(quality(value_or(values, "quality", "")));
+    values.merge(qualities(value_or(values, "quality", "")));
     values.merge(keys{{"mac", o.name},
                       {"associd", std::to_string(its_vap.stations.size() + 1)},
                       {"noise", value_or(its_radio, "noise", "0")},
