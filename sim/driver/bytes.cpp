@@ -21,7 +21,7 @@ bytes bytes_of_hex(std::string_view digits)
         if (value == values.npos)
             throw error("no bytes in hexadecimal: " + std::string(digits));
         if (second)
-            out.back() = uint8_t(out.back() << 4 | value);
+            out.back() = uint8_t(size_t{out.back()} << 4 | value);
         else
             out.push_back(uint8_t(value));
         second = !second;

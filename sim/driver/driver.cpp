@@ -19,7 +19,7 @@ namespace sim::driver {
 
 namespace {
 
-constexpr size_t block_size = 32;
+constexpr size_t length_at = 24; // in the block of a request
 
 std::string text_of(const char *path)
 {
@@ -130,7 +130,7 @@ std::optional<int> answer_socket(const context &c, uint8_t *block)
     const vap *v = c.air.find_vap(interface);
     if (!v)
         return {};
-    const size_t room = size_t(take(block + 24, 2));
+    const size_t room = size_t(take(block + length_at, 2));
     const int result = answer_wireless(c, *v, block);
     if (c.air.logs_all)
         write_log(name_of(c.what), "%s %zu = %d", interface, room, result);
