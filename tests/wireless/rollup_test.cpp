@@ -77,34 +77,30 @@ TEST(roll_ups, weigh_each_station_once)
     EXPECT_EQ(ap.score_mov, (5 * a_mov + 99 + 2 * 70 - 1) / 9);
     EXPECT_EQ(ap.station_count, 9u);
     EXPECT_EQ(ap.metrics[VEXA_METRIC_SIGNAL].average, 22); // (5 * 10 + 3 * 41) / 8, rounded
-
-    vexa_ap nobody{};
-    append(nobody.vaps, empty.links);
-    nobody.radios = {&nobody.radios, &nobody.radios};
-    calc_satisfaction_mov(calc_ap_satisfaction(&nobody));
-    EXPECT_EQ((numbers{nobody.score, nobody.score_mov, nobody.metrics[0].average}), (numbers{-1, -1, -1}));
+    ap.vaps = {&ap.vaps, &ap.vaps};
+    ap.radios = {&ap.radios, &ap.radios};
+    calc_satisfaction_mov(calc_ap_satisfaction(&ap));
+    EXPECT_EQ((numbers{ap.score, ap.score_mov, ap.metrics[0].average}), (numbers{-1, -1, -1}));
 }
 
 TEST(averages, round_halves_away_from_zero_and_stay_in_range)
 {
-    const int64_t rows[][3] = {{5, 2, 3},   {-5, 2, -3}, {4, 3, 1},
-                               {-4, 3, -1}, {7, 0, 0},   {-7, 3, -2},
-                               {-8, 3, -3}, {0, 5, 0},   {INT64_MAX, 2, int64_t{1} << 62}};
+    const int64_t rows[][3] = {{5, 2, 3},   {-5, 2, -3}, {4, 3, 1}, {-4, 3, -1},
+                               {-7, 3, -2}, {-8, 3, -3}, {7, 0, 0}, {INT64_MAX, 2, int64_t{1} << 62}};
     for (const auto &[sum, count, mean] : rows)
         EXPECT_EQ(vexa_avg_round(sum, count), mean) << sum << " / " << count;
-    const uint64_t values[] = {1, 2, 2, UINT64_MAX, UINT64_MAX};
+    const uint64_t values[] = {1, 2, UINT64_MAX, UINT64_MAX};
     EXPECT_EQ(vexa_avg_array(values, 2), 2u);
-    EXPECT_EQ(vexa_avg_array(values + 3, 2), UINT64_MAX);
+    EXPECT_EQ(vexa_avg_array(values + 2, 2), UINT64_MAX);
     EXPECT_EQ(vexa_avg_array(values, 0), 0u);
     vexa_avg avg{};
-    EXPECT_EQ(vexa_avg_compute(&avg, -1), -1);
     vexa_avg_increment_sum_weighted(&avg, -1, 5);
+    EXPECT_EQ(vexa_avg_compute(&avg, -7), -7);
     vexa_avg_increment_sum_weighted(&avg, 10, 3);
     vexa_avg_increment(&avg, {-45, 1});
     EXPECT_EQ(vexa_avg_compute(&avg, -1), -4);
-    EXPECT_EQ(avg.average, -4);
-    for (int twice = 0; twice < 2; twice++)
-        vexa_avg_increment(&avg, {INT64_MAX, 0});
+    vexa_avg_increment(&avg, {INT64_MAX, 0});
+    vexa_avg_increment(&avg, {INT64_MAX, 0});
     EXPECT_EQ(vexa_avg_compute(&avg, -1), INT32_MAX);
 }
 
@@ -112,21 +108,19 @@ TEST(vexa_remove_outliers, keeps_what_is_within_three_deviations)
 {
     const struct {
         std::vector<int64_t> values, kept;
+        int result;
         int64_t mean;
     } rows[] = {
-        {{7}, {7}, 7},
-        {{1, 2, 1, 2}, {1, 2, 1, 2}, 2}, // the deviation is 0
-        {{-9, 9, -9, 9}, {-9, 9, -9, 9}, 0},
-        {{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1000, 5}, {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 5}, 84},
+        {{}, {}, -1, -7},
+        {{7}, {7}, 0, 7},
+        {{1, 2, 1, 2}, {1, 2, 1, 2}, 0, 2}, // the deviation is 0
+        {{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1000, 5}, {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 5}, 0, 84},
     };
-    int64_t mean = -7;
-    size_t none = 0;
-    EXPECT_EQ(vexa_remove_outliers(nullptr, &mean, &none), -1);
-    EXPECT_EQ(mean, -7);
     for (const auto &row : rows) {
         std::vector<int64_t> values = row.values;
         size_t count = values.size();
-        EXPECT_EQ(vexa_remove_outliers(values.data(), &mean, &count), 0);
+        int64_t mean = -7;
+        EXPECT_EQ(vexa_remove_outliers(values.data(), &mean, &count), row.result);
         values.resize(count);
         EXPECT_EQ(values, row.kept);
         EXPECT_EQ(mean, row.mean);

@@ -3,6 +3,8 @@
 
 #include "text.h"
 
+#include <algorithm>
+
 namespace {
 
 std::string words_text(const json_t *list)
@@ -35,6 +37,13 @@ std::string bytes_text(json_int_t count)
     for (; amount >= 999.95 && unit + 1 < std::size(units); unit++)
         amount /= 1000;
     return format(unit ? "%.1f %s" : "%.0f %s", amount, units[unit]);
+}
+
+// Below 80 something is wrong.
+cell bar_cell(json_int_t percent, const palette &colours)
+{
+    const look as = percent >= 80 ? look::good : percent >= 50 ? look::changed : look::bad;
+    return {colours.bar(static_cast<size_t>(percent) * 8 / 100, 8) + format(" %3d", int(percent)), as};
 }
 
 // what stands for the columns of an answer that names none
@@ -73,6 +82,8 @@ cell cell_of(const json_t *value, kind as, const palette &colours)
     }
     if (as == kind::bytes && json_is_integer(value))
         return {bytes_text(json_integer_value(value))};
+    if (as == kind::bar && json_is_integer(value))
+        return bar_cell(std::clamp<json_int_t>(json_integer_value(value), 0, 100), colours);
     if (as == kind::change && json_is_string(value))
         return change_cell(value);
     return {scalar_text(value), value && !json_is_null(value) ? look::plain : look::dim};

@@ -75,6 +75,14 @@ std::string palette::rule(size_t columns) const
     return line;
 }
 
+std::string palette::bar(size_t full, size_t columns) const
+{
+    std::string line;
+    for (size_t i = 0; i < columns; i++)
+        line += i < full ? unicode ? "\u2588" : "#" : unicode ? "\u2591" : "."; // full block, light shade
+    return line;
+}
+
 palette choose_palette(const std::string &when)
 {
     return {when == "always" || (when == "auto" && terminal_shows_colour()), locale_is_utf8()};

@@ -13,6 +13,7 @@ struct palette {
     std::string paint(look as, const std::string &text) const;
     std::string mark(bool on) const;
     std::string rule(size_t columns) const;
+    std::string bar(size_t full, size_t columns) const;
 };
 
 // `when` is "auto", "always" or "never"; automatic is a terminal that does not ask for NO_COLOR

@@ -17,6 +17,7 @@ enum class kind {
     bytes,  // a number in B, kB, MB ...
     on_off, // a boolean: mark and word
     change, // "added", "removed" or "changed": "+", "-" or "~", which also colours the row
+    bar,    // a number up to 100, drawn and written
 };
 
 struct column {
@@ -58,6 +59,7 @@ public:
     int fail(int status, const std::string &message);
 
     bool for_people() const { return format_ == output_format::table; }
+    std::string rendered(const answer &what) const { return for_people(what, 0); }
     int write(const std::string &text);
     int flush();
     int finish(); // nothing may be written after it

@@ -43,6 +43,7 @@ extern const verb_family portal_family;
 extern const verb_family power_family;
 extern const verb_family report_family;
 extern const verb_family run_family;
+extern const verb_family satisfaction_family;
 extern const verb_family system_family;
 extern const verb_family url_family;
 extern const verb_family wait_family;
