@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // vexa-sim: runs a program on a simulated device.
+#include "sim/cloud.h"
 #include "sim/preload.h"
 #include "sim/program.h"
 #include "sim/simulated_device.h"
@@ -14,7 +15,7 @@ constexpr int kernel_refuses = 77;
 constexpr int cannot_make_device = 125;
 
 constexpr char help[] = "Usage: vexa-sim list\n"
-                        "       vexa-sim run [--device NAME] [--keep-proc] -- PROGRAM [ARGUMENT]...\n"
+                        "       vexa-sim run [--device NAME] [--keep-proc] [--cloud] -- PROGRAM [ARGUMENT]...\n"
                         "\n"
                         "Runs a program, with all that it starts, on a simulated device: in mount, network\n"
                         "and IPC namespaces of its own, on the device's files and interfaces. Nothing that\n"
@@ -24,6 +25,8 @@ constexpr char help[] = "Usage: vexa-sim list\n"
                         "  --device NAME    the device, or a folder that describes one (its name holds a\n"
                         "                   slash); access-point when not given\n"
                         "  --keep-proc      leave /proc to the kernel, for programs that look at processes\n"
+                        "  --cloud          with the services that a device reports to; at the end, what\n"
+                        "                   arrived there is shown on standard error\n"
                         "  --help           this text\n"
                         "  --version        the version\n"
                         "\n"
@@ -39,6 +42,7 @@ struct wrong_usage : std::runtime_error {
 
 struct request {
     sim::options options;
+    bool cloud;
     char **program;
 };
 
@@ -53,6 +57,8 @@ request read_request(char **argument)
         }
         if (option == "--keep-proc")
             r.options.keep_proc = true;
+        else if (option == "--cloud")
+            r.cloud = true;
         else if (option.starts_with("--device="))
             r.options.device = option.substr(option.find('=') + 1);
         else if (option == "--device" && argument[1])
@@ -72,9 +78,14 @@ request read_request(char **argument)
 
 int run(char **arguments)
 {
-    const request r = read_request(arguments);
+    request r = read_request(arguments);
+    const std::filesystem::path cloud_program = sim::cloud::program();
+    r.options.reachable.push_back(cloud_program);
     sim::simulated_device device;
     device.enter(r.options);
+    std::optional<sim::cloud> cloud;
+    if (r.cloud)
+        cloud.emplace(cloud_program);
     return sim::run_program(r.program);
 }
 
