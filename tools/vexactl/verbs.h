@@ -34,6 +34,7 @@ extern const verb_family completion_family;
 extern const verb_family config_family;
 extern const verb_family discover_family;
 extern const verb_family envelope_family;
+extern const verb_family http_family;
 extern const verb_family interface_family;
 extern const verb_family inventory_family;
 extern const verb_family lock_family;
