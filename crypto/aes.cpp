@@ -26,7 +26,8 @@ template <int KeyWords>
 int expand(uint32_t *rk, const uint8_t *key)
 {
     constexpr int rounds = KeyWords + 6, words = 4 * (rounds + 1);
-    uint32_t w[KeyWords]; // the last words made
+    secret<uint32_t[KeyWords]> last; // words made
+    auto &w = *last.get();
 #pragma GCC unroll 8
     for (int i = 0; i < KeyWords; i++, key += sizeof w[0])
         rk[i] = w[i] = load_be32(key);

@@ -2,6 +2,7 @@
 #include "messaging/site.h"
 
 #include "core/log.h"
+#include "core/open_file.h"
 #include "core/paths.h"
 
 #include <cerrno>
@@ -43,7 +44,7 @@ bool read_site(const char *path, bool needs_group, site &out, const char *func)
         log_err_as(func, "Unable to access %s: %s", path, strerror(errno));
         return false;
     }
-    out.cfg.reset(parse(path));
+    out.cfg.reset(parse_stream(open_reader(path).get())); // parse() would wait for a FIFO
     if (!out.cfg) {
         log_err_as(func, "Unable to parse %s", path);
         return false;
