@@ -9,8 +9,6 @@ namespace sim {
 
 namespace fs = std::filesystem;
 
-namespace {
-
 std::string read_file(const fs::path &file)
 {
     std::ifstream in(file, std::ios::binary);
@@ -18,8 +16,6 @@ std::string read_file(const fs::path &file)
         fail<error>("cannot read " + file.string());
     return {std::istreambuf_iterator<char>(in), {}};
 }
-
-} // namespace
 
 std::vector<device_file> read_device_files(const fs::path &root)
 {

@@ -15,6 +15,8 @@ struct device_file {
     bool is_link;
 };
 
+std::string read_file(const std::filesystem::path &file);
+
 // All files and links below `root`, which stands for the device's "/".
 std::vector<device_file> read_device_files(const std::filesystem::path &root);
 

@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: MIT
 // vexa-sim: runs a program on a simulated device.
+#include "sim/changes.h"
 #include "sim/cloud.h"
 #include "sim/preload.h"
 #include "sim/program.h"
+#include "sim/settings.h"
 #include "sim/simulated_device.h"
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <optional>
 
 namespace {
 
@@ -15,15 +19,23 @@ constexpr int kernel_refuses = 77;
 constexpr int cannot_make_device = 125;
 
 constexpr char help[] = "Usage: vexa-sim list\n"
-                        "       vexa-sim run [--device NAME] [--keep-proc] [--cloud] -- PROGRAM [ARGUMENT]...\n"
+                        "       vexa-sim run [OPTION]... [--] PROGRAM [ARGUMENT]...\n"
+                        "       vexa-sim diff [OPTION]... [--] PROGRAM [ARGUMENT]...\n"
+                        "       vexa-sim shell [OPTION]...\n"
+                        "       vexa-sim set KIND.NAME.KEY=VALUE...\n"
                         "\n"
                         "Runs a program, with all that it starts, on a simulated device: in mount, network\n"
                         "and IPC namespaces of its own, on the device's files and interfaces. Nothing that\n"
                         "it writes reaches the machine.\n"
                         "\n"
                         "  list             the devices and what they are\n"
+                        "  run              the program\n"
+                        "  diff             the program, then what it changed in the device's files\n"
+                        "  shell            a shell; this tool and what stands beside it are on its path\n"
+                        "  set              on a device: change its radios while programs run\n"
                         "  --device NAME    the device, or a folder that describes one (its name holds a\n"
                         "                   slash); access-point when not given\n"
+                        "  --fail REQ=ERR   the Wi-Fi driver refuses a request: GETMACS=E2BIG\n"
                         "  --keep-proc      leave /proc to the kernel, for programs that look at processes\n"
                         "  --cloud          with the services that a device reports to; at the end, what\n"
                         "                   arrived there is shown on standard error\n"
@@ -34,7 +46,8 @@ constexpr char help[] = "Usage: vexa-sim list\n"
                         "for a wrong command line, 77 when the kernel refuses namespaces, 125 when the device\n"
                         "cannot be made, 126 or 127 when the program cannot be started or found.\n"
                         "\n"
-                        "Example: vexa-sim run -- cat /proc/vexahal/system.info\n";
+                        "Examples: vexa-sim run -- cat /proc/vexahal/system.info\n"
+                        "          vexa-sim set station.02:57:00:00:00:02.rssi=-84\n";
 
 struct wrong_usage : std::runtime_error {
     using std::runtime_error::runtime_error;
@@ -43,8 +56,22 @@ struct wrong_usage : std::runtime_error {
 struct request {
     sim::options options;
     bool cloud;
+    std::vector<std::string> failures; // lines of the radios' description
     char **program;
 };
+
+// The value of an option that is the argument or stands behind it; null when the argument is another one.
+const char *value_of(const std::string &name, char **&argument)
+{
+    const std::string given = *argument;
+    if (given.starts_with(name + "="))
+        return *argument + name.size() + 1;
+    if (given != name)
+        return nullptr;
+    if (!argument[1])
+        throw wrong_usage(name + " needs a value; see vexa-sim --help");
+    return *++argument;
+}
 
 request read_request(char **argument)
 {
@@ -59,34 +86,93 @@ request read_request(char **argument)
             r.options.keep_proc = true;
         else if (option == "--cloud")
             r.cloud = true;
-        else if (option.starts_with("--device="))
-            r.options.device = option.substr(option.find('=') + 1);
-        else if (option == "--device" && argument[1])
-            r.options.device = *++argument;
-        else if (option == "--device")
-            throw wrong_usage("--device needs a name; vexa-sim list shows them");
+        else if (const char *device = value_of("--device", argument))
+            r.options.device = device;
+        else if (const char *failure = value_of("--fail", argument))
+            r.failures.push_back(sim::line_of_failure(failure));
         else
             throw wrong_usage("unknown option " + option + "; see vexa-sim --help");
     }
-    if (!*argument)
-        throw wrong_usage("no program to run; see vexa-sim --help");
     r.program = argument;
-    r.options.reachable = sim::places_of(*argument);
+    r.options.reachable = sim::places_of(*argument ? *argument : ".");
     r.options.driver = sim::find_driver();
+    return r;
+}
+
+// A device that this process has entered, with what is to run beside the program.
+struct running {
+    sim::simulated_device device;
+    std::optional<sim::cloud> cloud;
+
+    explicit running(const request &r)
+    {
+        const std::filesystem::path cloud_program = sim::cloud::program();
+        sim::options options = r.options;
+        options.reachable.push_back(cloud_program);
+        device.enter(options);
+        for (const std::string &failure : r.failures)
+            sim::describe(failure);
+        if (r.cloud)
+            cloud.emplace(cloud_program);
+    }
+};
+
+request read_program(char **arguments)
+{
+    request r = read_request(arguments);
+    if (!*r.program)
+        throw wrong_usage("no program to run; see vexa-sim --help");
     return r;
 }
 
 int run(char **arguments)
 {
-    request r = read_request(arguments);
-    const std::filesystem::path cloud_program = sim::cloud::program();
-    r.options.reachable.push_back(cloud_program);
-    sim::simulated_device device;
-    device.enter(r.options);
-    std::optional<sim::cloud> cloud;
-    if (r.cloud)
-        cloud.emplace(cloud_program);
+    const request r = read_program(arguments);
+    const running here{r};
     return sim::run_program(r.program);
+}
+
+int diff(char **arguments)
+{
+    const request r = read_program(arguments);
+    const running here{r};
+    const sim::device_state before = here.device.files();
+    const int status = sim::run_program(r.program);
+    sim::show_changes(before, here.device.files());
+    return status;
+}
+
+// As in a build, where vexactl stands in a folder of its own, and when all are installed in one.
+void extend_path()
+{
+    const auto here = std::filesystem::read_symlink("/proc/self/exe").parent_path();
+    const char *before = getenv("PATH");
+    const std::string path = here.string() + ":" + (here.parent_path() / "tools/vexactl").string() + ":" +
+                             (before ? before : "/usr/bin:/bin");
+    setenv("PATH", path.c_str(), 1);
+}
+
+int shell(char **arguments)
+{
+    extend_path();
+    const request r = read_request(arguments);
+    if (*r.program)
+        throw wrong_usage("shell takes no program; see vexa-sim run");
+    const running here{r};
+    setenv("PS1", (r.options.device + ":\\w\\$ ").c_str(), 1);
+    const char *chosen = getenv("SHELL");
+    std::string program = chosen ? chosen : "/bin/sh";
+    char *const words[] = {program.data(), nullptr};
+    return sim::run_program(words);
+}
+
+int set(char **settings)
+{
+    if (!*settings)
+        throw wrong_usage("nothing to set; see vexa-sim --help");
+    for (; *settings; settings++)
+        sim::describe(sim::line_of_setting(*settings));
+    return EXIT_SUCCESS;
 }
 
 int print(const std::string &text)
@@ -109,13 +195,18 @@ int list()
 
 int command(char **arguments)
 {
+    static constexpr struct {
+        const char *name;
+        int (*obey)(char **arguments);
+    } verbs[] = {{"run", run}, {"diff", diff}, {"shell", shell}, {"set", set}};
     const std::string verb = arguments[0] ? arguments[0] : "";
-    if (verb == "--help" || (verb == "run" && arguments[1] && strcmp(arguments[1], "--help") == 0))
+    if (verb == "--help" || (*arguments && arguments[1] && strcmp(arguments[1], "--help") == 0))
         return print(help);
     if (verb == "--version")
         return print("vexa-sim " VEXA_VERSION "\n");
-    if (verb == "run")
-        return run(arguments + 1);
+    for (const auto &v : verbs)
+        if (verb == v.name)
+            return v.obey(arguments + 1);
     if (verb == "list" && arguments[1])
         throw wrong_usage("list takes no arguments");
     if (verb == "list")
@@ -137,6 +228,8 @@ int main(int, char **argv)
     try {
         return command(argv + 1);
     } catch (const wrong_usage &wrong) {
+        return complain(wrong, usage_error);
+    } catch (const std::invalid_argument &wrong) {
         return complain(wrong, usage_error);
     } catch (const sim::unknown_device &wrong) {
         return complain(wrong, usage_error);

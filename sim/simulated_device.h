@@ -30,6 +30,8 @@ public:
     bool exists(const path &entry) const;
     std::string text(const path &file) const;
 
+    std::map<path, device_file> files() const { return files_->files(); }
+
     // The files as they were after entering. Interfaces stay as they are.
     void restore();
 

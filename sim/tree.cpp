@@ -74,6 +74,11 @@ bool is_untouched(const fs::directory_entry &entry)
            fs::read_symlink(entry) == link_text(fs::directory_entry(real), machine);
 }
 
+bool leads_into_machine(const path &target)
+{
+    return std::find(target.begin(), target.end(), machine) != target.end();
+}
+
 struct kept_entry {
     path entry;
     descriptor copy;
@@ -237,6 +242,23 @@ void tree::remove(const path &entry)
     remove_all(entry);
     if (fs::symlink_status(entry).type() != fs::file_type::not_found)
         throw error("cannot remove " + entry.string());
+}
+
+std::map<path, device_file> tree::files() const
+{
+    std::map<path, device_file> found;
+    for (const covered &c : covers_)
+        for (auto entry = fs::recursive_directory_iterator(c.folder); entry != fs::end(entry); ++entry) {
+            struct stat st {};
+            const bool own = lstat(entry->path().c_str(), &st) == 0 && st.st_dev == device_;
+            if (!own || entry->path().filename() == machine)
+                entry.disable_recursion_pending();
+            else if (S_ISREG(st.st_mode))
+                found[entry->path()] = {entry->path(), read_file(entry->path()), st.st_mode & 07777, false};
+            else if (S_ISLNK(st.st_mode) && !leads_into_machine(fs::read_symlink(*entry)))
+                found[entry->path()] = {entry->path(), fs::read_symlink(*entry), 0777, true};
+        }
+    return found;
 }
 
 void tree::clear()

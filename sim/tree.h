@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "sim/device_files.h"
 #include "sim/mounts.h"
 
 #include <filesystem>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -35,6 +37,9 @@ public:
     void remove(const path &entry);
     // Covered folders as they were at first.
     void clear();
+
+    // What lies in the device's own folders, but for what leads into the machine.
+    std::map<path, device_file> files() const;
 
 private:
     struct covered {

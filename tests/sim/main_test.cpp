@@ -97,6 +97,9 @@ TEST_F(vexa_sim, ends_as_the_program_ends)
         {"not a program", {"run", "--", "/etc/passwd"}, 126, 1},
         {"no such device", {"run", "--device", "toaster", "--", "true"}, 2, 1},
         {"no name", {"run", "--device"}, 2, 1},
+        {"no failure", {"run", "--fail", "GETMACS", "true"}, 2, 1},
+        {"no setting", {"set", "station.rssi"}, 2, 1},
+        {"no device to set it on", {"set", "station.a.rssi=1"}, 125, 1},
         {"no such option", {"run", "--fast", "true"}, 2, 1},
         {"no program", {"run", "--"}, 2, 1},
         {"no such verb", {"walk"}, 2, 1},
@@ -134,10 +137,29 @@ TEST_F(vexa_sim, answers_for_the_radios_of_a_device)
     const finished run = on_device(
         name_of_ra0 +
         "cat /var/run/vapusage.apclii0 /sys/class/net/ra0/address\nASAN_OPTIONS=$ASAN_OPTIONS:detect_leaks=0 " VEXA_SIM
-        " --version >/dev/null || exit\n"
-        "echo 'vap ra0 ssid=\"Harbour 2\"' >>/var/run/vexa-sim/wireless\n" +
+        " --version >/dev/null || exit\n" VEXA_SIM " set vap.ra0.ssid='Harbour 2'\n" +
         name_of_ra0);
     EXPECT_EQ(run.out, "Harbour Street\nuplink\n02:56:58:00:10:10\nHarbour 2\n") << run.err;
+    EXPECT_THAT(sh(VEXA_SIM " run --fail SIOCGIWESSID=EIO " + name_of_ra0).err, HasSubstr("Input/output error"));
+}
+
+TEST_F(vexa_sim, tells_what_a_program_changed)
+{
+    const finished run = sh(VEXA_SIM " diff -- sh -c 'echo new >/tmp/new; ln -s nowhere /run/link; rm /run/ntp.ready; "
+                                     "sed -i s/6.6.77/6.6.78/ /usr/etc/.version; exit 3'");
+    EXPECT_EQ(run.status, 3);
+    EXPECT_THAT(run.out, StartsWith("+ /run/link\n- /run/ntp.ready\n+ /tmp/new\n~ /usr/etc/.version\ndiff -urN "));
+    EXPECT_THAT(run.out, HasSubstr("\n+new\n"));
+    EXPECT_EQ(sh(VEXA_SIM " diff true").out, "");
+}
+
+TEST_F(vexa_sim, opens_a_shell)
+{
+    const finished shell =
+        sh("echo 'vexa-sim list | wc -l; cat /proc/vexahal/system.info; exit 4' | SHELL=/bin/sh " VEXA_SIM
+           " shell --device beta");
+    EXPECT_EQ(shell.status, 4) << shell.err;
+    EXPECT_THAT(shell.out, HasSubstr("\nsystemid=a643\n"));
 }
 
 TEST_F(vexa_sim, says_when_the_kernel_refuses)
