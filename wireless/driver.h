@@ -41,8 +41,17 @@ class answer_buffer {
 public:
     static constexpr size_t most = UINT16_MAX;
 
-    answer_buffer() = default; // no memory
+    answer_buffer() = default; // no memory yet
     explicit answer_buffer(size_t size) { allocate(size); }
+
+    // Zeros of this size, in the memory that is there if it has that size.
+    void start(size_t size)
+    {
+        if (bytes_ && size_ == size)
+            memset(bytes_.get(), 0, size);
+        else
+            allocate(size);
+    }
 
     explicit operator bool() const { return bool(bytes_); }
     uint8_t *data() const { return bytes_.get(); }

@@ -65,7 +65,7 @@ extern "C" int fill_wireless_info(const char *vap, wireless_info *info)
         info->txpower = uint32_t(request.value);
     uint8_t answer[radio_answer_size] = {};
     if (ask_driver(sock.get(), vap, ioctl_radiostat, answer))
-        copy_fields(*info, answer, info_fields);
+        copy_fields<info_fields>(*info, answer);
     fill_dfswait(sock.get(), vap, &info->dfswait);
     info->ieee_mode = info->dfswait ? 6 : 5;
     return 0;
@@ -75,7 +75,7 @@ extern "C" void get_athstat(const char *ifname, athstat *out)
 {
     uint8_t answer[radio_answer_size] = {};
     if (ask_driver(request_socket().get(), ifname, ioctl_radiostat, answer))
-        copy_fields(*out, answer, counter_fields);
+        copy_fields<counter_fields>(*out, answer);
 }
 
 extern "C" uint32_t get_antenna_gain(const char *ifname)

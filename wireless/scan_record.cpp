@@ -30,7 +30,7 @@ int add_scan_record(const uint8_t *entry, size_t length, void *list)
     auto *record = static_cast<scanlist *>(calloc(1, sizeof(scanlist)));
     if (!record)
         return -1;
-    copy_fields(*record, entry, fields);
+    copy_fields<fields>(*record, entry);
     const uint32_t capability = load_le16(entry + capability_at);
     record->privacy = capability & privacy_bit;
     record->ibss = capability & ibss_bit;

@@ -2,7 +2,6 @@
 #include "wireless/station.h"
 
 #include "core/log.h"
-#include "wireless/driver.h"
 #include "wireless/station_record.h"
 #include "wireless/wire.h"
 
@@ -14,35 +13,32 @@ static_assert(first_size >= station_answer_size);
 
 constexpr size_t mac_size = sizeof stainfo::mac;
 
-// Null on failure.
-answer_buffer get_ieee80211req_sta_info(int sock, const char *vap, const uint8_t *mac)
+bool get_ieee80211req_sta_info(int sock, const char *vap, const uint8_t *mac, answer_buffer &answer)
 {
-    answer_buffer none;
     if (sock < 0) {
         log_err("unable to open sock");
-        return none;
+        return false;
     }
-    answer_buffer answer{first_size};
+    answer.start(first_size);
     while (answer) {
         memcpy(answer.data() + station_mac_at, mac, mac_size);
         if (answer.ask(sock, vap, ioctl_sta_info2) >= 0)
-            return answer;
+            return true;
         if (errno != E2BIG || !answer.grow()) {
             log_debug("IOCTL_STA_INFO2 failed: %s", strerror(errno));
-            return none;
+            return false;
         }
         log_debug("len not enough, enlarge %d", answer.size());
     }
     log_err("unable to alloc memory for IOCTL_STA_INFO2");
-    return none;
+    return false;
 }
 
 } // namespace
 
-unique_malloc<stainfo> query_station(int sock, const char *vap, const uint8_t *mac)
+unique_malloc<stainfo> query_station(int sock, const char *vap, const uint8_t *mac, answer_buffer &answer)
 {
-    const answer_buffer answer = get_ieee80211req_sta_info(sock, vap, mac);
-    if (!answer)
+    if (!get_ieee80211req_sta_info(sock, vap, mac, answer))
         return nullptr;
     unique_malloc<stainfo> station{static_cast<stainfo *>(calloc(1, sizeof(stainfo)))};
     if (!station)
@@ -60,12 +56,14 @@ unique_malloc<stainfo> query_station(int sock, const char *vap, const uint8_t *m
 
 extern "C" stainfo *get_stainfo(const char *vap, const uint8_t *mac)
 {
-    return query_station(request_socket().get(), vap, mac).release();
+    answer_buffer answer;
+    return query_station(request_socket().get(), vap, mac, answer).release();
 }
 
 extern "C" uint16_t get_sta_associd(const char *vap, const uint8_t *mac)
 {
     const unique_fd sock = request_socket();
-    const answer_buffer answer = get_ieee80211req_sta_info(sock.get(), vap, mac);
-    return answer ? load_le16(answer.data() + station_associd_at) : uint16_t{0};
+    answer_buffer answer;
+    return get_ieee80211req_sta_info(sock.get(), vap, mac, answer) ? load_le16(answer.data() + station_associd_at)
+                                                                   : uint16_t{0};
 }

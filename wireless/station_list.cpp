@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "core/list.h"
 #include "core/log.h"
-#include "wireless/driver.h"
 #include "wireless/station.h"
 
 #include <algorithm>
@@ -72,8 +71,9 @@ extern "C" vexa_list *get_stalist(const char *vap)
         return nullptr;
     }
     list_init(head);
+    answer_buffer answer;
     for (size_t at = 0; at + mac_size <= size_t(length); at += mac_size) {
-        unique_malloc<stainfo> station = query_station(sock.get(), vap, macs.data() + at);
+        unique_malloc<stainfo> station = query_station(sock.get(), vap, macs.data() + at, answer);
         if (!station && !ask_driver)
             station = placeholder(macs.data() + at);
         if (station)

@@ -112,13 +112,13 @@ uint32_t transmit_efficiency(uint64_t attempts, uint64_t retries)
 
 extern "C" int32_t vexa_sta_info_fill_tcp_stats(vexa_tcp_stats *stats, const void *driver28)
 {
-    copy_fields(*stats, static_cast<const uint8_t *>(driver28), tcp_fields);
+    copy_fields<tcp_fields>(*stats, static_cast<const uint8_t *>(driver28));
     return vexa_avg_compute(&stats->lat, -1);
 }
 
 void fill_station(stainfo &station, const uint8_t *answer)
 {
-    copy_fields(station, answer, station_fields);
+    copy_fields<station_fields>(station, answer);
     station.ip = htonl(load_le32(answer + address_at));
     station.identity_len = std::min<uint32_t>(answer[identity_length_at], sizeof station.identity);
     memcpy(station.identity, answer + identity_at, station.identity_len);
@@ -131,7 +131,7 @@ void fill_station(stainfo &station, const uint8_t *answer)
 
 void fill_node_counters(stainfo &station, const uint8_t *answer)
 {
-    copy_fields(station, answer, node_fields);
+    copy_fields<node_fields>(station, answer);
     station.wifi_tx_attempts = station.tx_retries + station.tx_packets;
     vexa_tx_latency &latency = station.tx_latency;
     if (latency.total_count > 0)

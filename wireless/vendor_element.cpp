@@ -69,7 +69,7 @@ void take_extended(scanlist &record, const uint8_t *element, size_t length)
     record.vexa_ie_flags[0] = 1;
     for (size_t bit = 0; bit < std::size(flag_members); bit++)
         if (element[8] >> bit & 1)
-            store_number(member_at(record, flag_members[bit]), sizeof(uint32_t), 1);
+            store_number<sizeof(uint32_t)>(member_at(record, flag_members[bit]), uint32_t{1});
     // The last part begins no later than three bytes before the end, as the length byte counts.
     for (size_t at = 13; element[1] > at + 2 && at + 2 + element[at + 1] <= length; at += size_t{2} + element[at + 1])
         take_part(record, element + at + 2, element[at], element[at + 1]);

@@ -4,28 +4,30 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <span>
+#include <iterator>
 #include <type_traits>
 #include <utility>
 
 // The driver's records: little-endian, at odd places.
 
-constexpr uint64_t load_le(const uint8_t *p, size_t width)
-{
-    uint64_t value = 0;
-    while (width > 0)
-        value = value << 8 | p[--width];
-    return value;
-}
-
 constexpr uint16_t load_le16(const uint8_t *p)
 {
-    return uint16_t(load_le(p, 2));
+    return uint16_t(p[0] | p[1] << 8);
 }
 
 constexpr uint32_t load_le32(const uint8_t *p)
 {
-    return uint32_t(load_le(p, 4));
+    return p[0] | uint32_t{p[1]} << 8 | uint32_t{p[2]} << 16 | uint32_t{p[3]} << 24;
+}
+
+constexpr uint64_t load_le64(const uint8_t *p)
+{
+    return load_le32(p) | uint64_t{load_le32(p + 4)} << 32;
+}
+
+constexpr bool is_number_width(size_t width)
+{
+    return width == 1 || width == 2 || width == 4 || width == 8;
 }
 
 // Where a field of the driver's goes: a number to a member of at least its width, bytes to an array.
@@ -48,35 +50,52 @@ template <size_t count>
 constexpr bool fits(const wire_field (&fields)[count], size_t wire_size)
 {
     for (const wire_field &f : fields)
-        if (f.offset + size_t{f.width} > wire_size || f.width > f.size || (f.is_number && f.size > sizeof(uint64_t)))
+        if (f.offset + size_t{f.width} > wire_size || f.width > f.size ||
+            (f.is_number && !(is_number_width(f.width) && is_number_width(f.size))))
             return false;
     return true;
 }
 
-inline void store_number(uint8_t *member, uint8_t size, uint64_t value)
+template <size_t width>
+constexpr auto load_le(const uint8_t *p)
 {
-    const auto narrow = [&]<typename T>(T n) { memcpy(member, &n, sizeof n); };
-    switch (size) {
-    case 1:
-        return narrow(uint8_t(value));
-    case 2:
-        return narrow(uint16_t(value));
-    case 4:
-        return narrow(uint32_t(value));
-    default:
-        return narrow(value);
-    }
+    if constexpr (width == 1)
+        return *p;
+    else if constexpr (width == 2)
+        return load_le16(p);
+    else if constexpr (width == 4)
+        return load_le32(p);
+    else
+        return load_le64(p);
 }
 
-template <typename Record>
-void copy_fields(Record &record, const uint8_t *wire, std::span<const wire_field> fields)
+template <size_t size, typename Number>
+void store_number(uint8_t *member, Number value)
+{
+    using wider = std::conditional_t<size == 8, uint64_t, std::conditional_t<size == 4, uint32_t, Number>>;
+    const wider stored = value;
+    static_assert(sizeof stored == size);
+    memcpy(member, &stored, sizeof stored);
+}
+
+template <wire_field f>
+void copy_field(uint8_t *record, const uint8_t *wire)
+{
+    if constexpr (f.is_number)
+        store_number<f.size>(record + f.member, load_le<f.width>(wire + f.offset));
+    else
+        memcpy(record + f.member, wire + f.offset, f.width);
+}
+
+// One load and one store for each field, without a loop: a device asks for hundreds of stations at a time.
+template <const auto &fields, typename Record>
+void copy_fields(Record &record, const uint8_t *wire)
 {
     static_assert(std::is_standard_layout_v<Record>);
     auto *base = reinterpret_cast<uint8_t *>(&record);
-    for (const wire_field &f : fields) {
-        if (f.is_number)
-            store_number(base + f.member, f.size, load_le(wire + f.offset, f.width));
-        else
-            memcpy(base + f.member, wire + f.offset, f.width);
+    [&]<size_t... i>(std::index_sequence<i...>)
+    {
+        (copy_field<fields[i]>(base, wire), ...);
     }
+    (std::make_index_sequence<std::size(fields)>{});
 }
