@@ -22,3 +22,4 @@ void report_device(const report_source &from, std::vector<section> &page);
 void report_interface(const report_source &from, std::vector<section> &page);
 void report_inventory(const report_source &from, std::vector<section> &page);
 void report_satisfaction(const report_source &from, std::vector<section> &page);
+void report_wireless(const report_source &from, std::vector<section> &page);

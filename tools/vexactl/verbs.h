@@ -49,6 +49,7 @@ extern const verb_family system_family;
 extern const verb_family url_family;
 extern const verb_family wait_family;
 extern const verb_family webrtc_family;
+extern const verb_family wireless_family;
 
 // every family, in the order that help shows
 std::span<const verb_family> verb_table();
