@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <climits>
 #include <cstring>
+#include <sys/wait.h>
 
 namespace {
 
@@ -62,6 +63,14 @@ int popen_status(const char *command)
     while (pipe && read_output(pipe, dropped, sizeof dropped) == sizeof dropped) {
     }
     return pipe ? pclose(pipe) : -1;
+}
+
+int popen_exit_status(const char *command)
+{
+    const int status = popen_status(command);
+    if (status == -1)
+        return -1;
+    return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
 }
 
 extern "C" int popen_get_output(const char *command, char *buf, size_t size)

@@ -3036,6 +3036,90 @@ VEXA_API void vexa_avg_increment_sum_weighted(vexa_avg *avg, int32_t value, int3
 VEXA_API int vexa_remove_outliers(int64_t *values, int64_t *mean, size_t *count);
 
 /* ------------------------------------------------------------------------------------------------------------------
+ * Limits for stations
+ *
+ * Rules for the traffic of a station: on its VAP, and on the uplinks of that VAP. They come from "qos." of
+ * "/tmp/system.cfg" through one table of the process, for one thread: after a change of the file free it and make it
+ * anew. The firmware's script sets the rules:
+ *
+ *     /bin/qos_control.sh replace-sta IFNAME VAP_ID ASSOCIATION_ID MINIMUMkbit MAXIMUMkbit
+ *     /bin/qos_control.sh del-sta IFNAME VAP_ID ASSOCIATION_ID 0kbit 0kbit
+ *
+ * A name that a shell would not take as it is stands in quotes. Speeds are in kbit/s but where Mbit/s is said. What
+ * sets rules opens the system log as "libvexa". Log tag "qos".
+ */
+
+/** Uplinks of a VAP. */
+#define VEXA_QOS_UPLINKS 6
+
+/** The limits of a VAP; of an interface that is an uplink only, just the name and the usage. */
+typedef struct qos_vap_info {
+    int32_t id; /* -1 when there is none */
+    char devname[16];
+    int64_t devspeed;    /* Mbit/s; 100 unless configured */
+    int64_t dl_maxspeed; /* -1: none */
+    int64_t dl_minspeed; /* -1: none; 1 when it is not below the maximum */
+    char usage[12];      /* of "/var/run/vapusage.<name>", "user" without; "uplink": leads to the network */
+    char uplink_devname[VEXA_QOS_UPLINKS][16];
+    int64_t uplink_maxspeed[VEXA_QOS_UPLINKS];
+    int64_t uplink_minspeed[VEXA_QOS_UPLINKS];
+} qos_vap_info;
+
+/**
+ * init_qos_info() - make the table.
+ *
+ * Reads:   "qos.status" and "qos.mode"; "qos.vap.N" with the keys devname, id, dwnlink.maxspeed, dwnlink.minspeed and
+ *          uplink.N.devname, .maxspeed, .minspeed; "qos.if.N" with devname, devspeed and type. An interface's speed is
+ *          the maximum of what has none there. It has room for 32 VAPs and other uplinks, and 6 uplinks of a VAP; what
+ *          is beyond is left out (logged).
+ * Returns: 0, also without a table because the limits are switched off, and when there is one; -1 when the file cannot
+ *          be read or memory runs out (logged).
+ */
+VEXA_API int init_qos_info(void);
+
+/** free_qos_info() - release the table, if there is one. */
+VEXA_API void free_qos_info(void);
+
+/** get_qos_vap_info() - the entry with that name, borrowed from the table; NULL without entry, name or table. */
+VEXA_API qos_vap_info *get_qos_vap_info(const char *vap);
+
+/**
+ * add_sta_qosrule() - set the limits of the VAP for a station.
+ * @aid: association id.
+ *
+ * Runs:    the script for the VAP, then for each uplink but those of usage "uplink" that get_uplink_device() does not
+ *          name. Without a minimum it is 64, without a maximum 1000000. Nothing when the limits of the VAP and its
+ * first uplink are all that the VAP's interface can do. A script that fails is logged with its exit status. Sends:
+ * request 0x8A25 on the VAP: association id and 1, or 0 when neither the maximum set on the VAP nor the last one set on
+ * an uplink is below 350000. Returns: 0, whatever the script and the driver say; -1 without table or entry.
+ */
+VEXA_API int add_sta_qosrule(const char *vap, uint32_t aid);
+
+/** remove_sta_qosrule() - delete what add_sta_qosrule() and update_sta_qosrate() set; the driver is not told. */
+VEXA_API int remove_sta_qosrule(const char *vap, uint32_t aid);
+
+/**
+ * update_sta_qosrate() - set limits of the station's own, on the first VAP that knows it.
+ * @mac: text.
+ * @ul_max: maximum of its uplinks; negative: what the VAP's interface can do.
+ * @dl_max: maximum on the VAP, likewise.
+ *
+ * A minimum that is not below its maximum is set as 1. Runs and sends what add_sta_qosrule() does; nothing is run for
+ * unlimited VAPs when neither maximum is positive.
+ * Returns: 0; -1 without table, for a text that is no address or when no VAP knows the station.
+ */
+VEXA_API int update_sta_qosrate(const char *mac, int64_t ul_min, int64_t ul_max, int64_t dl_min, int64_t dl_max);
+
+/**
+ * add_all_sta_qosrates() - add_sta_qosrule() for every station of every VAP, then "/var/run/qos.custom_rates.sh".
+ *
+ * Runs:    "/bin/sh /var/run/qos.custom_rates.sh" if that file exists.
+ * Returns: 0 or the exit status of that script; -1 without table. VAPs whose stations are not known are passed over
+ *          (logged).
+ */
+VEXA_API int add_all_sta_qosrates(void);
+
+/* ------------------------------------------------------------------------------------------------------------------
  * LLDP neighbours
  *
  * What the device is plugged into, as the LLDP daemon's client "lldpcli" tells. The client runs in the shell, and in a

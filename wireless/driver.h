@@ -26,6 +26,7 @@ enum driver_request : int {
     ioctl_getmacs = 0x8a21,
     ioctl_nodestat = 0x8a22,
     ioctl_radiostat = 0x8a24,
+    ioctl_rate_limit = 0x8a25,
     ioctl_scan_results = 0x8a27,
     ioctl_dfswait = 0x8a29,
     ioctl_antgain = 0x8a2a,

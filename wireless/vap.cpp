@@ -2,6 +2,7 @@
 #include "core/format.h"
 #include "core/ifreq.h"
 #include "device/net_path.h"
+#include "wireless/usage.h"
 
 #include <string_view>
 
@@ -15,8 +16,6 @@ constexpr struct {
     const char *prefix;
     const char *uplink;
 } families[] = {{"ra", "apcli0"}, {"rai", "apclii0"}};
-
-constexpr char usage_path_format[] = "/var/run/vapusage.%s";
 
 vap_entry entry_for(uint32_t family, const char *ifname)
 {

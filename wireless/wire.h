@@ -30,6 +30,12 @@ constexpr bool is_number_width(size_t width)
     return width == 1 || width == 2 || width == 4 || width == 8;
 }
 
+constexpr void store_le32(uint8_t *p, uint32_t value)
+{
+    for (int i = 0; i < 4; i++)
+        p[i] = uint8_t(value >> 8 * i);
+}
+
 // Where a field of the driver's goes: a number to a member of at least its width, bytes to an array.
 struct wire_field {
     uint16_t offset;
