@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "core/owner.h"
 #include "tests/messaging/entries.h"
 #include "tests/messaging/sealed.h"
 #include "tests/support/captured_log.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "core/owner.h"
+#include "sim/descriptor.h"
 
 #include <fcntl.h>
 #include <sched.h>
@@ -14,7 +14,7 @@ public:
     {
         const std::string path = "PATH=$PATH:/usr/sbin:/sbin; ";
         working_ = unshare(CLONE_NEWNET) == 0;
-        there_.reset(open("/proc/self/ns/net", O_RDONLY)); // goes to `ip`, too
+        there_ = sim::descriptor{open("/proc/self/ns/net", O_RDONLY)}; // goes to `ip`, too
         working_ &=
             setns(home_.get(), CLONE_NEWNET) == 0 &&
             system((path + "ip link set cable0 netns /proc/self/fd/" + std::to_string(there_.get())).c_str()) == 0;
@@ -37,6 +37,6 @@ public:
     }
 
 private:
-    unique_fd home_, there_;
+    sim::descriptor home_, there_;
     bool working_;
 };
