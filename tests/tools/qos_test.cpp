@@ -3,7 +3,7 @@
 
 TEST(qos, shows_sets_and_deletes_limits)
 {
-    EXPECT_THAT(vexactl({"qos", "show"}).out, testing::ContainsRegex("\nra1 +10 +user +286 +up +eth0 +500 +5000\n"));
+    EXPECT_THAT(vexactl({"qos", "show"}).out, testing::ContainsRegex("\nra1 +10 +guest +286 +up +eth0 +500 +5000\n"));
     const struct {
         std::vector<std::string> arguments;
         int status;
@@ -19,6 +19,9 @@ TEST(qos, shows_sets_and_deletes_limits)
         {{"add", "ra9", "7"}, 1, ""},
         {{"add", "ra1", "-7"}, 2, ""},
         {{"add", "ra1", "7x"}, 2, ""},
+        {{"rate", "ae:4e:0c:dd:46:53", "64", "3000", "64", "none"},
+         0,
+         "replace-sta ra1 10 1 64kbit 286000kbit\n/bin/qos_control.sh replace-sta eth0 10 1 64kbit 3000kbit\n"},
         {{"rate", "02:57:00:00:00:99", "1", "none", "1", "2"}, 1, ""},
         {{"rate", "02:57:00:00:00", "1", "2", "1", "2"}, 2, ""},
         {{"rate", "02:57:00:00:00:01", "1", "2", "1", "all"}, 2, ""},
