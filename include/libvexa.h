@@ -2425,6 +2425,47 @@ VEXA_API void save_crash_payload_cmd(const char *cmd);
  */
 VEXA_API int json_object_capture_popen(json_t *obj, const char *key, const char *cmd);
 
+/**
+ * send_kernel_crash() - report the kernel's last crash, unless "/var/run/last-crashlog.sent" tells that it was.
+ *
+ * Gate:    every report needs "/var/run/ntp.ready", "/var/run/ipready.br0", and no 0 in
+ *          "/var/run/system.analytics.mode".
+ * Sends:   "<service>/v1/kernel-crash": the device, the crash log and the configuration, both through the filters of
+ *          "syswrapper.sh". What was posted is saved by save_crash_payload().
+ * Returns: 0 when it is or was reported; -1 when has_oops() knows none; -ENOENT while the gate is closed; -ESRCH for a
+ *          service whose URL is too long; -EINTR without memory; -EIO when it was not accepted (all but the gate
+ *          logged).
+ */
+VEXA_API int send_kernel_crash(void);
+
+/**
+ * send_crash_binary_data() - report the death of a program, and upload its dump if the service gives an address.
+ * @name: of the program, or what kind of RAM dump; any bytes.
+ * @pid: its last lines of "/var/log/messages" are sent along.
+ * @data, @data_len: the dump; NULL or a length of 0 or less for none. It is uploaded when
+ *                   "/var/run/system.analytics.coredump" holds 1.
+ * @dump_kind: 0 core dump, 1 crash of an application, 2 killed for want of memory, 3 RAM dump (the numbers are not
+ *             sent, the configuration is), others are unknown.
+ *
+ * Returns: 0, also when the dump may not go out or the service wants none (logged); -1 while the gate is closed, or
+ *          when report or dump were not accepted (logged).
+ */
+VEXA_API int send_crash_binary_data(const char *name, int pid, int signal, int number_of_crashes, int process_uptime,
+                                    const void *data, int data_len, int dump_kind);
+
+/** send_ram_dump() - send_crash_binary_data() of kind 3. */
+VEXA_API int send_ram_dump(const char *dump_type, const void *data, int data_len);
+
+/**
+ * check_vwire_disconnect_logs() - a pass over the isolation logs.
+ * @uplink_model: of the device above, for logs seen for the first time; NULL is "unknown".
+ * @send: non-zero posts each log that was not posted yet, while the gate is open. A log is given up after five
+ *        attempts.
+ *
+ * Returns: 0, however single logs fared (logged); -1 when a directory cannot be made (logged).
+ */
+VEXA_API int check_vwire_disconnect_logs(const char *uplink_model, int send);
+
 /** has_crash_logs() - 1 when the consumer has not finished every isolation log. */
 VEXA_API int has_crash_logs(void);
 
@@ -2481,6 +2522,25 @@ VEXA_API int trace_object_set_source_new(json_t *trace, json_t *value);
 
 /** trace_object_set_meta_new() - an object whose members are strings. */
 VEXA_API int trace_object_set_meta_new(json_t *trace, json_t *value);
+
+/**
+ * send_traces() - send one envelope.
+ * @array: of traces; borrowed.
+ * @meta: what the envelope says, an object {timestamp, type, meta, source}, or NULL; borrowed. What is missing is now,
+ *        "event", and two new objects. The device's keys are added to @meta's own member "meta".
+ *
+ * Sends:   PUT "<service>/traces". After the fifth failed transfer in a row the process waits for a second before the
+ *          next one, then twice as long each time; past 24 hours it sends no more. Any answer ends the wait.
+ * Returns: 0 accepted (202); 1 another answer, or none; 2 not yet; 3 never again; 4 the device's owner allows no
+ *          reports; -1 when @array is none (logged) or on a failure here (logged). 2, 3 and 4 come first.
+ */
+VEXA_API int send_traces(json_t *array, json_t *meta);
+
+/** send_trace_with_meta() - send_traces() of one trace, which is borrowed. */
+VEXA_API int send_trace_with_meta(json_t *trace, json_t *meta);
+
+/** send_trace_simple() - send_traces() of a new trace; the payload is stolen. -1 without memory. */
+VEXA_API int send_trace_simple(const char *namespace_name, const char *type, json_t *payload);
 
 /** dump_refcount() - log the reference count of a value and of all that it holds, 64 levels deep; a value that holds
  *  itself is not followed again. */

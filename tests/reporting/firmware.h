@@ -45,3 +45,9 @@ inline std::string text_of(const json_t *object, const char *key)
     const char *text = json_string_value(json_object_get(object, key));
     return text ? text : "(none)";
 }
+
+// What request number @i of a journal carried.
+inline json_ref body_of(const json_t &journal, size_t i)
+{
+    return json_ref{json_loads(text_of(json_array_get(&journal, i), "body").c_str(), 0, nullptr)};
+}
