@@ -59,7 +59,7 @@ TEST(help, every_command_has_one_line_and_an_example_that_its_table_row_accepts)
             ASSERT_NE(example, help.out.npos) << help.out;
             std::string line = lines_of(help.out.substr(example))[1];
             line.replace(line.find("vexactl"), 7, "$VEXACTL --help");
-            EXPECT_EQ(shell(line.substr(0, line.find(" > "))).status, 0) << line;
+            EXPECT_EQ(shell(line.substr(0, line.find_first_of(">|"))).status, 0) << line;
             EXPECT_NE(vexactl({"--help"}).out.find("\n  " + name), std::string::npos);
             const json_document described = json_of(shell("$VEXACTL --json --help " + name).out);
             EXPECT_EQ(member_text(json_array_get(json_object_get(described.get(), "commands"), 0), "command"), name);

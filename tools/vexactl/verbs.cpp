@@ -4,11 +4,11 @@
 std::span<const verb_family> verb_table()
 {
     static const verb_family families[] = {
-        report_family,    board_family,    system_family,       config_family, interface_family,
-        bridge_family,    wireless_family, satisfaction_family, lldp_family,   qos_family,
-        inventory_family, portal_family,   lock_family,         url_family,    http_family,
-        run_family,       wait_family,     discover_family,     msg_family,    webrtc_family,
-        bus_family,       power_family,    envelope_family,     log_family,    completion_family,
+        report_family,   board_family,        system_family,     config_family, interface_family, bridge_family,
+        wireless_family, satisfaction_family, lldp_family,       qos_family,    inventory_family, portal_family,
+        lock_family,     url_family,          http_family,       run_family,    wait_family,      discover_family,
+        msg_family,      webrtc_family,       bus_family,        power_family,  envelope_family,  crash_family,
+        trace_family,    log_family,          completion_family,
     };
     return families;
 }
