@@ -24,7 +24,7 @@ target_compile_options(vexa_objects PRIVATE
     -fstack-protector-strong -ffunction-sections -fdata-sections
     $<$<AND:$<NOT:$<CONFIG:Debug>>,$<NOT:$<BOOL:${VEXA_SANITIZED}>>>:-D_FORTIFY_SOURCE=2>)
 target_include_directories(vexa_objects
-    PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
+    PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
     PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_BINARY_DIR}/generated)
 target_link_libraries(vexa_objects PRIVATE vexa_warnings PkgConfig::JANSSON PkgConfig::LIBCURL PkgConfig::LIBEVENT ZLIB::ZLIB)
 
@@ -52,7 +52,8 @@ set_target_properties(vexa PROPERTIES
     LINK_DEPENDS ${version_script})
 target_include_directories(vexa PUBLIC
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
-target_link_libraries(vexa PRIVATE PkgConfig::JANSSON PkgConfig::LIBCURL PkgConfig::LIBEVENT ZLIB::ZLIB vexa_bus_client)
+target_link_libraries(vexa PRIVATE # of the build only: a program that links the library needs none of them
+    $<BUILD_INTERFACE:PkgConfig::JANSSON;PkgConfig::LIBCURL;PkgConfig::LIBEVENT;ZLIB::ZLIB;vexa_bus_client>)
 target_link_options(vexa PRIVATE
     # clang leaves the sanitizers' runtime to the program
     -Wl,--version-script=${version_script} $<$<NOT:$<BOOL:${VEXA_FUZZ}>>:-Wl,-z,defs> -Wl,-z,relro -Wl,-z,now -Wl,--as-needed -Wl,--gc-sections
@@ -62,7 +63,5 @@ target_link_options(vexa PRIVATE
 add_library(vexa_static STATIC $<TARGET_OBJECTS:vexa_objects>)
 set_target_properties(vexa_static PROPERTIES OUTPUT_NAME vexa)
 
-install(TARGETS vexa vexa_static
-    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
-install(FILES ${PROJECT_SOURCE_DIR}/include/libvexa.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(TARGETS vexa EXPORT vexaTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(TARGETS vexa_static ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})

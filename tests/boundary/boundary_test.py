@@ -2,6 +2,7 @@
 """The library and its header as programs outside see them. What is tested stands in the environment."""
 import os
 import re
+import shutil
 import subprocess
 import tempfile
 import unittest
@@ -58,23 +59,62 @@ class Header(unittest.TestCase):
 
 
 class Installation(unittest.TestCase):
-    PROGRAM = '#include <libvexa.h>\nint main(void) { return base64_encode_len(3) == 5 ? 0 : 1; }\n'
+    """What `cmake --install` gives, in a folder that is not the one it was configured for."""
+    FILES = ("bin/vexactl", "bin/vexa-bus", "bin/vexa-webrtc", "include/libvexa.h", "share/man/man1/vexactl.1",
+             "share/man/man1/vexa-sim.1", "share/man/man3/libvexa.3", "share/fish/vendor_completions.d/vexactl.fish",
+             "share/bash-completion/completions/vexactl", "share/zsh/vendor-completions/_vexactl")
+
+    @classmethod
+    def setUpClass(cls):
+        cls.stage = tempfile.mkdtemp()
+        cls.addClassCleanup(shutil.rmtree, cls.stage)
+        run("cmake", "--install", BUILD, "--prefix", "/usr", env={**os.environ, "DESTDIR": cls.stage})
+        cls.usr = f"{cls.stage}/usr"
+        cls.folder = os.path.dirname(run("find", cls.usr, "-name", "libvexa.so.1").strip())
+        cls.environment = {**os.environ, "LD_LIBRARY_PATH": cls.folder, "PKG_CONFIG_PATH": f"{cls.folder}/pkgconfig"}
 
     def test_is_complete(self):
-        with tempfile.TemporaryDirectory() as stage:
-            run("cmake", "--install", BUILD, "--prefix", "/usr", env={**os.environ, "DESTDIR": stage})
-            usr = f"{stage}/usr"
-            folder = os.path.dirname(run("find", usr, "-name", "libvexa.so.1").strip())
-            self.assertEqual("libvexa.so.1", os.readlink(f"{folder}/libvexa.so"))
-            self.assertEqual("libvexa.so.1.0.0", os.readlink(f"{folder}/libvexa.so.1"))
-            others = [f"-l:{name}" for name in needed(LIBRARY)]
-            for name, libraries in ("shared", ["-lvexa"]), ("static", ["-l:libvexa.a", *others]):
-                with self.subTest(name):
-                    run(CC, "-x", "c", "-", f"-I{usr}/include", f"-L{folder}", "-o", f"{stage}/{name}", *libraries,
-                        input=self.PROGRAM)
-                    run(f"{stage}/{name}", env={"LD_LIBRARY_PATH": folder})
-            self.assertIn("access-point ", run(f"{usr}/bin/vexa-sim", "list"))
-            self.assertNotIn(BUILD, run("strings", f"{folder}/libvexa.so.1", f"{usr}/bin/vexa-sim"))
+        self.assertEqual("libvexa.so.1", os.readlink(f"{self.folder}/libvexa.so"))
+        self.assertEqual("libvexa.so.1.0.0", os.readlink(f"{self.folder}/libvexa.so.1"))
+        self.assertEqual([], [name for name in self.FILES if not os.path.exists(f"{self.usr}/{name}")])
+        self.assertIn("access-point ", run(f"{self.usr}/bin/vexa-sim", "list"))
+        programs = [f"{self.usr}/bin/vexa-sim", f"{self.usr}/bin/vexactl"]
+        self.assertNotIn(BUILD, run("strings", f"{self.folder}/libvexa.so.1", *programs))
+
+    def test_links_statically(self):
+        flags = run("pkg-config", "--cflags", "--libs", "libvexa", env=self.environment).split()
+        libraries = ["-l:libvexa.a" if flag == "-lvexa" else flag for flag in flags]
+        libraries += [f"-l:{name}" for name in needed(LIBRARY)]  # shared, as on the devices
+        run(CC, f"{self.usr}/share/doc/vexa/examples/device_facts.c", "-o", f"{self.stage}/static", *libraries)
+        self.assertNotIn("libvexa.so.1", needed(f"{self.stage}/static"))
+
+    def build_with_make(self, source):
+        run("make", "-C", source, f"CC={CC}", f"CXX={CXX}", env=self.environment)
+        return source
+
+    def build_with_cmake(self, source):
+        run("cmake", "-S", source, "-B", f"{source}/build", f"-Dvexa_ROOT={self.usr}", f"-DCMAKE_C_COMPILER={CC}",
+            f"-DCMAKE_CXX_COMPILER={CXX}")
+        run("cmake", "--build", f"{source}/build")
+        return f"{source}/build"
+
+    def test_builds_and_runs_the_examples(self):
+        said = {"device_facts": (1, "mac='02:56:58:00:10:01'\n"), "networks": (2, "Harbour Street\n"),
+                "periodic_reporter": (2, '"mac":"02:56:58:00:10:01"')}
+        for build in self.build_with_make, self.build_with_cmake:
+            source = f"{self.stage}/{build.__name__}"
+            shutil.copytree(f"{self.usr}/share/doc/vexa/examples", source)
+            place = build(source)
+            for name, (times, words) in said.items():
+                with self.subTest(name, build=build.__name__):
+                    arguments = ["1", "2"] if name == "periodic_reporter" else []
+                    done = subprocess.run([f"{self.usr}/bin/vexa-sim", "run", "--", f"{place}/{name}", *arguments],
+                                          capture_output=True, text=True, env=self.environment, timeout=30)
+                    if done.returncode == 77:
+                        self.skipTest(done.stderr)
+                    self.assertEqual((0, ""), (done.returncode, done.stderr))
+                    self.assertEqual(times, done.stdout.count(words))
+            self.assertTrue(os.access(f"{place}/discovery_daemon", os.X_OK))
 
 
 if __name__ == "__main__":

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "arguments.h"
 #include "completion.h"
+#include "completion_scripts.h"
 #include "output.h"
 #include "text.h"
 
@@ -9,36 +10,13 @@
 namespace {
 
 // Each shell asks `vexactl complete` for candidates: all complete from the one verb table.
-// clang-format off
 constexpr struct {
     const char *shell, *script;
 } scripts[] = {
-    {"bash", R"sh(_vexactl() {
-    local IFS=$'\n'
-    COMPREPLY=($(vexactl complete -- "${COMP_WORDS[@]:1:COMP_CWORD}" 2>/dev/null))
-    [ ${#COMPREPLY[@]} -gt 0 ] || COMPREPLY=($(compgen -f -- "${COMP_WORDS[COMP_CWORD]}"))
-}
-complete -F _vexactl vexactl
-)sh"},
-    {"zsh", R"sh(#compdef vexactl
-_vexactl() {
-    local -a found
-    found=("${(@f)$(vexactl complete -- "${(@)words[2,CURRENT]}" 2>/dev/null)}")
-    if [[ -n $found ]]; then
-        compadd -a found
-    else
-        _files
-    fi
-}
-compdef _vexactl vexactl
-)sh"},
-    {"fish", R"sh(function __vexactl
-    vexactl complete -- (commandline -opc)[2..-1] (commandline -ct) 2>/dev/null
-end
-complete -c vexactl -n 'count (__vexactl) >/dev/null' -f -a '(__vexactl)'
-)sh"},
+    {"bash", bash_completion},
+    {"zsh", zsh_completion},
+    {"fish", fish_completion},
 };
-// clang-format on
 
 int complete(const arguments &args, output &out)
 {
