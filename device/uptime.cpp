@@ -16,7 +16,7 @@ constexpr char path_uptime[] = "/proc/uptime";
 extern "C" long get_uptime_from_sysinfo(void)
 {
     struct sysinfo info;
-    return sysinfo(&info) == 0 ? long{info.uptime} : -1;
+    return sysinfo(&info) == 0 ? long(info.uptime) : -1;
 }
 
 extern "C" long get_uptime_from_file(const char *path)

@@ -5,6 +5,7 @@
 #include "core/paths.h"
 
 #include <arpa/inet.h>
+#include <cstring>
 
 namespace {
 

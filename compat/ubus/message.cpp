@@ -35,7 +35,7 @@ void write_head(unsigned char *head, const message_header &header)
     blob_put_be32(head + 4, header.peer);
 }
 
-void attach(msghdr &message, char *room, size_t size, int fd)
+void attach(msghdr &message, char *room, socklen_t size, int fd)
 {
     message.msg_control = room;
     message.msg_controllen = size;
