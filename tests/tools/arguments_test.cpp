@@ -97,13 +97,16 @@ TEST(completion, offers_what_may_stand_there)
         arguments.insert(arguments.end(), row.words.begin(), row.words.end());
         EXPECT_EQ(vexactl(arguments).out, row.offered);
     }
+    constexpr char key[] = "radio.2.channel\n";
     const struct {
-        const char *shell, *around, *question; // what completes in a shell at work stands around
+        const char *shell, *around, *question, *offered; // what completes in a shell at work stands around
     } shells[] = {
-        {"bash", "", "COMP_WORDS=(vexactl config get radio.2); COMP_CWORD=3; _vexactl; echo ${COMPREPLY[@]}"},
+        {"bash", "", "COMP_WORDS=(vexactl config get radio.2); COMP_CWORD=3; _vexactl; echo ${COMPREPLY[@]}", key},
+        {"bash", "", "COMP_WORDS=(vexactl station f2 : f7 : 67); COMP_CWORD=6; _vexactl; echo ${COMPREPLY[@]}",
+         "67:96:1b:4a\n"},
         {"zsh", "compdef() {}; compadd() { print -l -- ${(P)argv[-1]}; }",
-         "words=(vexactl config get radio.2); CURRENT=4; _vexactl"},
-        {"fish", "", "complete -C 'vexactl config get radio.2'"},
+         "words=(vexactl config get radio.2); CURRENT=4; _vexactl", key},
+        {"fish", "", "complete -C 'vexactl config get radio.2'", key},
     };
     const std::string tool = VEXACTL;
     for (const auto &s : shells) {
@@ -111,7 +114,7 @@ TEST(completion, offers_what_may_stand_there)
                                  ":$PATH; eval \"$(vexactl completion " + s.shell + ")\"; " + s.question;
         const finished asked = run_program({s.shell, "-c", line});
         if (asked.status != 127) { // the shell is there
-            EXPECT_EQ(asked.out, "radio.2.channel\n") << s.shell << asked.err;
+            EXPECT_EQ(asked.out, s.offered) << s.shell << asked.err;
         }
     }
 }

@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """The report as a page, in a browser."""
 import os
+import re
 import shutil
 import struct
 import subprocess
@@ -52,6 +53,17 @@ class Page(unittest.TestCase):
         for part in ("<h1>Report of ap-lobby</h1>", "<td>Jay 5 Long Range</td>", '<section id="memory">',
                      "in use</text><rect", "Harbour Street"):
             self.assertIn(part, shown)
+        def bars(section):
+            plot = shown.partition(f'<section id="{section}">')[2].partition("</svg>")[0]
+            found = re.findall(r'>([^<]+)</text>.*?width="([\d.]+)" height="14"></rect><text[^>]*>(\d+)</text>', plot)
+            return [(label, float(width), int(value)) for label, width, value in found]
+        clients, channels = bars("clients"), bars("networks")
+        self.assertTrue(50 < len(clients) <= 60)
+        for label, width, score in clients:
+            self.assertAlmostEqual(width, 3.6 * score, 1, label)
+        self.assertIn("5220 MHz", [label for label, _, _ in channels])
+        self.assertEqual(sum(count for _, _, count in channels), 40)
+        self.assertEqual(max(width for _, width, _ in channels), 360)
         for elsewhere in ("<script", "src=", "href=", "http:", "https:"):
             self.assertNotIn(elsewhere, shown)
         for scheme, low, high in ((0, 0, 80), (1, 180, 255)): # dark, light

@@ -81,7 +81,7 @@ json_t *ids_text(uint16_t vendor, uint16_t id)
 
 json_t *bands_of(const board_radio &radio)
 {
-    static constexpr const char *bands[] = {nullptr, "2.4 GHz", "5 GHz", "2.4 and 5 GHz"};
+    static constexpr const char *bands[] = {nullptr, "2.4 GHz", "5 GHz", "2.4 and 5 GHz", "6 GHz"};
     return text_or_null(bands[radio.bands % std::size(bands)]);
 }
 

@@ -4,6 +4,7 @@
 #include "arguments.h"
 #include "configuration.h"
 #include "portal.h"
+#include "wireless.h"
 
 #include <algorithm>
 #include <net/if.h>
@@ -57,13 +58,27 @@ names portals(const char *)
     return names_of(portal_set{}.documents(), "name");
 }
 
+names wireless_interfaces(const char *)
+{
+    names all;
+    for (const vap_entry &vap : find_vaps())
+        all.emplace_back(vap.ifname);
+    return all;
+}
+
+names stations(const char *)
+{
+    std::string silent;
+    return names_of(station_documents(nullptr, silent), "mac");
+}
+
 // operands that are named after something on the device
 constexpr struct {
     const char *operand;
     names (*list)(const char *file);
 } live_names[] = {
     {"KEY", configuration_keys}, {"PREFIX", configuration_keys}, {"IFNAME", interfaces}, {"BRIDGE", bridges},
-    {"PORTAL", portals},
+    {"PORTAL", portals},         {"VAP", wireless_interfaces},   {"MAC", stations},
 };
 
 names option_names(const arguments &line)

@@ -3,6 +3,7 @@
 
 #include <libvexa.h>
 #include <memory>
+#include <string>
 
 // The library's lists of stations and networks.
 
@@ -10,6 +11,15 @@ struct drop_stations {
     void operator()(vexa_list *stations) const noexcept { free_stalist(stations); }
 };
 using station_list = std::unique_ptr<vexa_list, drop_stations>;
+
+// Nothing when there is no answer about an interface, whose name is then added to those before.
+inline station_list stations_of(const char *vap, std::string &silent)
+{
+    station_list found{get_stalist(vap)};
+    if (!found)
+        silent += (silent.empty() ? "" : ", ") + std::string{vap};
+    return found;
+}
 
 struct drop_networks {
     void operator()(vexa_list *networks) const noexcept { free_scanlist(networks); }

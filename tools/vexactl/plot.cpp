@@ -39,7 +39,7 @@ std::vector<bar> bars_of_counts(const plot &what, const json_t *rows)
             most = std::max(most, ++counts[json_integer_value(value)]);
     std::vector<bar> bars;
     for (const auto &[value, count] : counts)
-        bars.push_back({std::to_string(value), double(count) / most, std::to_string(count)});
+        bars.push_back({std::to_string(value) + what.value, double(count) / most, std::to_string(count)});
     return bars;
 }
 

@@ -10,7 +10,7 @@ struct plot {
     enum class shape {
         none,
         bars,   // a bar for each row: `label`, and `value` of `whole`
-        counts, // a bar for each value of `label`, as long as it is frequent
+        counts, // a bar for each value of `label`, which is in units of `value`, as long as it is frequent
         share,  // of a record: what `value` leaves of `label`
     };
     shape as = shape::none;

@@ -13,7 +13,7 @@ namespace {
 
 // An interface with its clients, as the library scores it.
 struct scored_vap : vexa_vap {
-    explicit scored_vap(const vap_entry &entry) : vexa_vap{}, list{get_stalist(entry.ifname)}
+    scored_vap(const vap_entry &entry, std::string &silent) : vexa_vap{}, list{stations_of(entry.ifname, silent)}
     {
         memcpy(name, entry.ifname, sizeof name);
         memcpy(radio, entry.parent, sizeof radio);
@@ -26,14 +26,14 @@ struct scored_vap : vexa_vap {
 using vap_list = std::vector<std::unique_ptr<scored_vap>>; // of records that are linked, so they must not move
 
 // Uplinks and downlinks lead to other access points, not to clients.
-vap_list client_vaps()
+vap_list client_vaps(std::string &silent)
 {
     std::vector<vap_entry> entries(VEXA_MAX_VAPS);
     entries.resize(static_cast<size_t>(enum_vaps(entries.data(), entries.size())));
     vap_list found;
     for (const vap_entry &entry : entries)
         if (!is_wireless_uplink_or_downlink_vap(entry.ifname))
-            found.push_back(std::make_unique<scored_vap>(entry));
+            found.push_back(std::make_unique<scored_vap>(entry, silent));
     return found;
 }
 
@@ -147,7 +147,8 @@ void satisfaction::recall(stainfo &sta, std::map<address, samples> &seen) const
 
 satisfaction_cycle satisfaction::next()
 {
-    const vap_list vaps = client_vaps();
+    std::string silent;
+    const vap_list vaps = client_vaps(silent);
     std::map<address, samples> seen;
     vexa_ap ap{};
     ap.vaps = {&ap.vaps, &ap.vaps};
@@ -172,7 +173,7 @@ satisfaction_cycle satisfaction::next()
     }
     calc_satisfaction_mov(&ap);
     last_ = std::move(seen);
-    satisfaction_cycle found{client_rows(vaps), json_ref{list()}, ap.score_mov};
+    satisfaction_cycle found{client_rows(vaps), json_ref{list()}, ap.score_mov, std::move(silent)};
     for (const auto &[name, radio] : radios)
         append(found.radios.get(), radio_row(radio, vaps));
     return found;

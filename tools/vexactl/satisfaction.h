@@ -6,12 +6,14 @@
 #include <array>
 #include <libvexa.h>
 #include <map>
+#include <string>
 
 // The scores of one cycle.
 struct satisfaction_cycle {
-    json_ref clients; // a row for each, worst first
-    json_ref radios;  // their scores, clients and neighbours
-    int32_t score;    // of the access point; -1 without clients
+    json_ref clients;   // a row for each, worst first
+    json_ref radios;    // their scores, clients and neighbours
+    int32_t score;      // of the access point; -1 without clients
+    std::string silent; // names of the interfaces whose clients are not known
 };
 
 // Asks the driver about all clients, cycle by cycle. The scores are moving ones: what each client had in the last four

@@ -4,6 +4,7 @@
 #include "satisfaction.h"
 #include "screen.h"
 #include "text.h"
+#include "wireless.h"
 
 #include <cstring>
 #include <unistd.h>
@@ -103,8 +104,11 @@ int watch(output &out)
 
 int satisfied(const arguments &args, output &out)
 {
-    if (!args.has("watch"))
-        return out.show({satisfaction{}.next().clients, client_columns, "no clients"});
+    if (!args.has("watch")) {
+        satisfaction_cycle now = satisfaction{}.next();
+        const int shown = out.show({std::move(now.clients), client_columns, "no clients"});
+        return now.silent.empty() ? shown : no_stations(out, now.silent);
+    }
     if (!out.for_people())
         return out.fail(status_usage, "satisfaction: --watch is for people; programs ask again");
     if (!screen::is_there())

@@ -59,7 +59,9 @@ int stations(const arguments &args, output &out)
     const char *name = args.operand(0);
     if (name && !find_vap(find_vaps(), name))
         return no_vap(out, name);
-    return out.show({station_documents(name), station_columns, "no stations"});
+    std::string silent;
+    const int shown = out.show({station_documents(name, silent), station_columns, "no stations"});
+    return silent.empty() ? shown : no_stations(out, silent);
 }
 
 int station(const arguments &args, output &out)
@@ -109,18 +111,9 @@ int station(const arguments &args, output &out)
 
 int scan(const arguments &args, output &out)
 {
-    static constexpr column columns[] = {
-        {"bssid", "BSSID"},
-        {"ssid", "Network", kind::text, true},
-        {"channel", "Channel", kind::number},
-        {"width_mhz", "MHz", kind::number},
-        {"signal_dbm", "dBm", kind::number},
-        {"secured", "Key", kind::on_off},
-        {"family_name", "Device", kind::text, true},
-    };
     if (!find_vap(find_vaps(), args.operand(0)))
         return no_vap(out, args.operand(0));
-    return out.show({network_documents(args.operand(0)), columns, "no networks"});
+    return out.show({network_documents(args.operand(0)), network_columns, "no networks"});
 }
 
 // of the wider channels that the frequency lies in: their arithmetic is that of 5 GHz
@@ -167,7 +160,7 @@ constexpr verb verbs[] = {
      .example = "vexactl vaps",
      .run = vaps},
     {.name = "radio",
-     .operands = "NAME",
+     .operands = "VAP",
      .summary = "the radio of a wireless interface: channel, power, air time, counters",
      .options = {},
      .example = "vexactl radio ra0",
@@ -185,8 +178,8 @@ constexpr verb verbs[] = {
      .example = "vexactl station 02:57:00:00:00:01",
      .run = station},
     {.name = "scan",
-     .operands = "IFACE",
-     .summary = "the networks that a radio heard in its last scan",
+     .operands = "VAP",
+     .summary = "the networks that its radio heard in the last scan",
      .options = {},
      .example = "vexactl scan ra0",
      .run = scan},

@@ -1,29 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "wireless.h"
 
+#include "driver_list.h"
 #include "message.h"
 
 #include <arpa/inet.h>
 #include <cstring>
+#include <functional>
+#include <map>
+#include <set>
 
 namespace {
-
-struct drop_stations {
-    void operator()(vexa_list *stations) const noexcept { free_stalist(stations); }
-};
-using station_list = std::unique_ptr<vexa_list, drop_stations>;
-
-struct drop_networks {
-    void operator()(vexa_list *networks) const noexcept { free_scanlist(networks); }
-};
-
-// A list's entries begin with their links.
-template <typename Entry, typename Take>
-void for_each(const vexa_list *head, Take take)
-{
-    for (vexa_list *link = head ? head->next : nullptr; link && link != head; link = link->next)
-        take(*reinterpret_cast<Entry *>(link));
-}
 
 // of a field that is filled up with zeros
 template <size_t size>
@@ -146,14 +133,20 @@ void add_tracking(json_t *row, stainfo &s)
     json_object_update(row, more.get());
 }
 
-json_t *network_row(const scanlist &n)
+int64_t strength(const scanlist &n)
 {
-    return object({{"bssid", text(mac_text(n.bssid))},
+    return static_cast<int8_t>(n.noise) + static_cast<int64_t>(n.rssi);
+}
+
+json_t *network_row(const std::string &radio, const scanlist &n)
+{
+    return object({{"radio", text(radio)},
+                   {"bssid", text(mac_text(n.bssid))},
                    {"ssid", field_text(n.ssid)},
                    {"channel", number(n.channel)},
                    {"frequency_mhz", number(n.frequency)},
                    {"width_mhz", number(n.width)},
-                   {"signal_dbm", number(static_cast<int8_t>(n.noise) + static_cast<int64_t>(n.rssi))},
+                   {"signal_dbm", number(strength(n))},
                    {"secured", flag(n.privacy != 0)},
                    {"ad_hoc", flag(n.ibss != 0)},
                    {"age_ms", number(n.age)},
@@ -222,16 +215,21 @@ json_ref radio_document(const char *ifname)
                             {"beacons", number(counters.beacons)}})};
 }
 
-json_ref station_documents(const char *wanted)
+json_ref station_documents(const char *wanted, std::string &silent)
 {
     json_ref rows{list()};
     for (const vap_entry &vap : find_vaps()) {
         if (wanted && strcmp(wanted, vap.ifname) != 0)
             continue;
-        const station_list stations{get_stalist(vap.ifname)};
+        const station_list stations = stations_of(vap.ifname, silent);
         for_each<stainfo>(stations.get(), [&](const stainfo &s) { append(rows.get(), station_row(vap.ifname, s)); });
     }
     return rows;
+}
+
+int no_stations(output &out, const std::string &silent)
+{
+    return out.fail(status_unavailable, "no answer about the stations of " + silent);
 }
 
 json_ref station_document(const uint8_t mac[6])
@@ -255,8 +253,20 @@ json_ref station_document(const uint8_t mac[6])
 
 json_ref network_documents(const char *ifname)
 {
-    const std::unique_ptr<vexa_list, drop_networks> networks{get_scanlist(ifname)};
+    std::set<std::string> radios;
+    if (ifname)
+        radios.insert(ifname);
+    else
+        for (const vap_entry &vap : find_vaps())
+            radios.insert(vap.parent);
+    std::multimap<int64_t, json_ref, std::greater<>> sorted;
+    for (const std::string &radio : radios) {
+        const network_list networks{get_scanlist(radio.c_str())};
+        for_each<scanlist>(networks.get(),
+                           [&](const scanlist &n) { sorted.emplace(strength(n), json_ref{network_row(radio, n)}); });
+    }
     json_ref rows{list()};
-    for_each<scanlist>(networks.get(), [&](const scanlist &n) { append(rows.get(), network_row(n)); });
+    for (auto &[dbm, row] : sorted)
+        append(rows.get(), row.release());
     return rows;
 }

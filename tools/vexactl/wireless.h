@@ -16,7 +16,6 @@ inline constexpr column vap_columns[] = {
     {"radio", "Radio"},
     {"ssid", "Network", kind::text, true},
     {"bssid", "BSSID"},
-    {"mode", "Mode"},
     {"channel", "Ch", kind::number},
     {"usage", "Usage"},
     {"stations", "Stations", kind::number},
@@ -24,8 +23,9 @@ inline constexpr column vap_columns[] = {
 
 json_ref radio_document(const char *ifname); // null when no driver answers
 
-// of one VAP, or of all for nullptr
-json_ref station_documents(const char *vap);
+// Of one VAP, or of all for nullptr; `silent` gets the names of those that give no answer.
+json_ref station_documents(const char *vap, std::string &silent);
+int no_stations(output &, const std::string &silent); // says so and returns the status
 inline constexpr column station_columns[] = {
     {"mac", "Station"},
     {"vap", "VAP"},
@@ -39,4 +39,14 @@ inline constexpr column station_columns[] = {
 // With its counters; null when no VAP knows it.
 json_ref station_document(const uint8_t mac[6]);
 
+// What the radio of an interface heard, or all radios for nullptr; strongest first.
 json_ref network_documents(const char *ifname);
+inline constexpr column network_columns[] = {
+    {"bssid", "BSSID"},
+    {"ssid", "Network", kind::text, true},
+    {"channel", "Channel", kind::number},
+    {"width_mhz", "MHz", kind::number},
+    {"signal_dbm", "dBm", kind::number},
+    {"secured", "Key", kind::on_off},
+    {"family_name", "Device", kind::text, true},
+};
