@@ -18,7 +18,7 @@ constexpr uint32_t cortex_a53 = 0x410fd034; // the id register; other processors
 constexpr uint32_t wired_only = 0x0000ffff; // of the feature mask
 
 enum board_class : uint8_t { extender = 20, ceiling = 22, in_wall = 23, gateway = 38 };
-enum band : uint8_t { band_2 = 1, band_5 = 2 };
+enum band : uint8_t { band_2 = 1, band_5 = 2, band_6 = 4 };
 enum standard : uint8_t { n = 1, n_ac_ax = 7 };
 
 struct radio_row {
@@ -86,6 +86,8 @@ constexpr radio_row mt7915_mt7915[] = {{"ra0", "MT7915", 0x7915, 4, band_2, n_ac
                                        {"rai0", "MT7915", 0x7915, 4, band_5, n_ac_ax}};
 constexpr radio_row mt7981_mt7981[] = {{"ra0", "MT7981", 0x7981, 2, band_2, n_ac_ax},
                                        {"rai0", "MT7981", 0x7981, 3, band_5, n_ac_ax}};
+constexpr radio_row mt7981_at_6_ghz[] = {{"ra0", "MT7981", 0x7981, 2, band_2, n_ac_ax},
+                                         {"rai0", "MT7981", 0x7981, 3, band_6, n_ac_ax}};
 
 constexpr board_row rows[] = {
     {0xa610, ceiling, "Jay 5 Lite", "J5L", 0x7621, 0x00051d00, {one_powered}, mt7603_mt7915},
@@ -97,7 +99,7 @@ constexpr board_row rows[] = {
     {0xa620, ceiling, "Jay 5 Long Range", "J5LR", cortex_a53, 0x00051d00, {one_multigigabit}, mt7622_mt7915},
     {0xa634, in_wall, "Wren 5 Mini", "W5M", 0x7621, 0x0006000c, {small_switch}, mt7603_mt7915},
     {0xa642, ceiling, "Jay 5 Plus", "J5PL", 0x7981, 0x00060405, {one_powered}, mt7981_mt7981, most, "jay-lamp.bin"},
-    {0xa643, ceiling, "Jay 5 Preview", "J5X", 0x7981, VEXA_BETA_FIRMWARE, {one_powered}, mt7981_mt7981},
+    {0xa643, ceiling, "Jay 5 Preview", "J5X", 0x7981, VEXA_BETA_FIRMWARE, {one_powered}, mt7981_at_6_ghz},
     {0xe990, gateway, "Stork 5", "S5", 0x7621, 0x0006000c, {uplink_port, gateway_switch}, {}, most, "", wired_only},
 };
 

@@ -977,7 +977,7 @@ typedef struct board_radio {
     uint16_t subsystem_vendor_id;
     uint8_t tx_chains;
     uint8_t rx_chains;
-    uint8_t bands; /* 1: 2.4 GHz, 2: 5 GHz */
+    uint8_t bands; /* 1: 2.4 GHz, 2: 5 GHz, 4: 6 GHz */
     uint8_t flags; /* 1: 802.11n, 2: 802.11ac, 4: 802.11ax */
 } board_radio;
 

@@ -47,7 +47,11 @@ void expect_radios(const board &b)
         EXPECT_EQ(std::tuple(radio.bus_vendor_id, radio.subsystem_id, radio.subsystem_vendor_id),
                   std::tuple(0x14c3, b.system_id, 0x0777));
         EXPECT_STREQ(radio.ifname, i == 0 ? "ra0" : "rai0");
-        EXPECT_TRUE(radio.rx_chains >= radio.tx_chains && radio.bands == 1 << i && radio.flags != 0);
+        EXPECT_TRUE(radio.rx_chains >= radio.tx_chains &&
+                    radio.bands == (i == 0                  ? 1
+                                    : b.system_id == 0xa643 ? 4
+                                                            : 2) &&
+                    radio.flags != 0);
     }
 }
 
