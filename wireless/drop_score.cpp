@@ -39,10 +39,10 @@ bool more_than_attempts(const char *func, const stainfo &sta)
     return true;
 }
 
-// The host may have written any number; above 100 they are all the same.
-float bounded(uint32_t score)
+// The host may have written any number: above 100 they are all the same.
+int bounded(float score)
 {
-    return float(std::min(score, 100u));
+    return int(std::min(score, 100.0F));
 }
 
 // Falls from the lower bound to the upper one; a segment without width is its lower bound.
@@ -50,7 +50,7 @@ int score_within(const vexa_xretry_segment &s, float percent)
 {
     const float lower = float(s.lower), upper = float(s.upper);
     const float t = upper > lower ? (percent - lower) / (upper - lower) : 0;
-    return int(bounded(s.score_at_upper) * t + bounded(s.score_at_lower) * (1 - t));
+    return bounded(float(s.score_at_upper) * t + float(s.score_at_lower) * (1 - t));
 }
 
 } // namespace
@@ -74,7 +74,7 @@ int calc_sta_drop_score_exp(const stainfo &sta)
         return 0;
     const float percent = percent_of(sta.wifi_tx_dropped_mov, sta.wifi_tx_attempts_mov);
     if (percent <= float(row->segments[0].lower))
-        return int(bounded(row->segments[0].score_at_lower));
+        return bounded(float(row->segments[0].score_at_lower));
     for (const vexa_xretry_segment &s : row->segments)
         if (percent >= float(s.lower) && percent <= float(s.upper))
             return score_within(s, percent);

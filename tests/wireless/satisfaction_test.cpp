@@ -137,6 +137,9 @@ TEST(sat_xretry, follows_what_the_host_writes)
         EXPECT_EQ(score(v), expected) << v;
     sat_xretry_metric_ranges[1].segments[0] = {UINT32_MAX, UINT32_MAX, 0, 100};
     EXPECT_EQ(score(500), 100);
+    sat_xretry_metric_ranges[1].segments[0] = {60, 140, 0, 100};
+    EXPECT_EQ(score(500), 100);
+    EXPECT_EQ(score(750), 80) << "what is above 100 is cut at the end";
 }
 
 TEST(calc_sta_satisfaction, holds_its_promises_for_any_station)
