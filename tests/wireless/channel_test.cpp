@@ -4,60 +4,90 @@
 
 TEST(get_center_freq, lies_in_the_middle_of_the_occupied_channel)
 {
-    constexpr uint32_t none = UINT32_MAX;
+    // by phy mode: "+" and "-" 40 MHz above and below, "p" the pair, "4" at 5 GHz, "8", "1" for 160, "d" for 80+80
+    const std::string modes = ".........+-+-p4.+-481d..+-+-4p81d";
     const struct {
-        uint32_t freq;
-        uint16_t channel;
-        int8_t mode;
-        uint32_t centre;
-        int width;
-    } rows[] = {
-        {5180, 36, 0, 5180, 20},    {5180, 36, 9, 5190, 40},   {5200, 40, 27, 5190, 40}, {2412, 6, 13, 2422, 40},
-        {2412, 7, 29, 2462, 40},    {5180, 36, 14, 5190, 40},  {5180, 36, 19, 5210, 80}, {5745, 149, 30, 5775, 80},
-        {5745, 149, 21, 5775, 160}, {5180, 36, 20, 5250, 160}, {0, 1, 19, 5055, 80},     {5180, 36, 33, none, -1},
-        {5180, 36, -1, none, -1},
-    };
+        char mode;
+        int width, block, first_centre; // at 5 GHz: channels of a block from 36 on, and the centre of its first
+    } wide[] = {{'4', 40, 8, 38}, {'8', 80, 16, 42}, {'d', 160, 16, 42}, {'1', 160, 32, 50}};
     const captured_log log;
-    for (const auto &row : rows) {
-        EXPECT_EQ(get_center_freq(row.freq, row.channel, row.mode), row.centre) << int(row.mode);
-        EXPECT_EQ(get_bw(row.mode), row.width) << int(row.mode);
+    for (int mode = -128; mode <= 127; mode++) {
+        const bool known = mode >= 0 && mode < int(modes.size());
+        const char what = known ? modes[size_t(mode)] : '?';
+        const auto *w = std::find_if(std::begin(wide), std::end(wide), [&](auto &row) { return row.mode == what; });
+        const int width = w != std::end(wide) ? w->width : what == '.' ? 20 : known ? 40 : -1;
+        EXPECT_EQ(get_bw(int8_t(mode)), width) << mode;
+        for (const int start : {36, 100, 149}) // what is on the air: the blocks do not run on between these
+            for (int channel = start; channel < start + (start == 149 ? 16 : 32); channel += 4) {
+                const auto freq = uint32_t(5000 + 5 * channel);
+                const uint32_t pair = channel < 7 ? 2422 : 2462;
+                uint32_t centre = what == '.' ? freq : what == '+' ? freq + 10 : what == '-' ? freq - 10 : pair;
+                if (w != std::end(wide) && start == 149 && w->block == 32)
+                    continue; // there is no such block
+                if (w != std::end(wide))
+                    centre =
+                        uint32_t(5000 + 5 * (start + (channel - start) / w->block * w->block + w->first_centre - 36));
+                EXPECT_EQ(get_center_freq(freq, uint16_t(channel), int8_t(mode)), known ? centre : UINT32_MAX)
+                    << mode << " on " << channel;
+            }
     }
-    EXPECT_EQ(log.text(), "[info ] wireless.get_bw(): unknown phymode: 0x21\n\n"
-                          "[info ] wireless.get_bw(): unknown phymode: 0xffffffff\n\n");
-    int wide = 0;
-    for (int mode = 0; mode <= 32; mode++)
-        wide += get_bw(int8_t(mode)) > 20;
-    EXPECT_EQ(wide, 21);
+    for (int channel = 1; channel <= 13; channel++)
+        EXPECT_EQ(get_center_freq(0, uint16_t(channel), 13), channel <= 6 ? 2422u : 2462u);
+    EXPECT_EQ(get_center_freq(0, 1, 19), 5055u) << "the remainder is negative";
+    EXPECT_THAT(log.text(), testing::StartsWith("[info ] wireless.get_bw(): unknown phymode: 0xffffff80\n\n"));
 }
 
 TEST(frequencies, have_a_channel_and_a_band)
 {
     const struct {
-        uint32_t freq, channel, older;
+        uint32_t first, last, step, channel; // of the channel plans, with the number of the first
         int band;
         const char *name;
-    } rows[] = {
-        {2412, 1U, 1U, 1, "ng"},
-        {2484, 14U, 14U, 1, "ng"},
-        {2485, 858992956U, 214748378U, 0, "unknown"},
-        {4900, 858993439U, 134U, 0, "unknown"},
-        {4910, 182U, 182U, 2, "na"},
-        {4942, 188U, 5U, 2, "na"},
-        {5150, 30U, 30U, 0, "na"},
-        {5180, 36U, 36U, 3, "na"},
-        {5925, 858993454U, 185U, 3, "unknown"},
-        {5935, 2U, 187U, 4, "unknown"},
-        {5955, 1U, 1U, 4, "6e"},
-        {7125, 235U, 235U, 0, "6e"},
-        {60480, 2U, 10906U, 5, "unknown"},
-        {70201, 0U, 12850U, 0, "unknown"},
+    } plans[] = {
+        {2412, 2472, 5, 1, 1, "ng"},  {2484, 2484, 1, 14, 1, "ng"},          {4910, 4980, 5, 182, 2, "na"},
+        {5160, 5875, 5, 32, 3, "na"}, {5880, 5920, 5, 176, 3, "unknown"},    {5935, 5935, 1, 2, 4, "unknown"},
+        {5955, 7115, 5, 1, 4, "6e"},  {58320, 69120, 2160, 1, 5, "unknown"},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.freq);
-        EXPECT_EQ(qx_freq_to_channel(row.freq), row.channel);
-        EXPECT_EQ(ieee80211_mhz2ieee(row.freq), row.older);
-        EXPECT_EQ(qx_freq_to_band(row.freq), row.band);
-        EXPECT_STREQ(get_band(int32_t(row.freq)), row.name);
+    for (const auto &plan : plans)
+        for (uint32_t freq = plan.first, channel = plan.channel; freq <= plan.last; freq += plan.step, channel++) {
+            EXPECT_EQ(qx_freq_to_channel(freq), channel) << freq;
+            if (plan.band == 1 || plan.band == 3 || *plan.name == '6') {
+                EXPECT_EQ(ieee80211_mhz2ieee(freq), channel) << freq;
+            }
+            EXPECT_EQ(qx_freq_to_band(freq), plan.band) << freq;
+            EXPECT_STREQ(get_band(int32_t(freq)), plan.name) << freq;
+        }
+    // where an answer changes, over all frequencies: the last one before, and the answer up to there
+    const auto changes = [](auto answer) {
+        std::string text;
+        for (uint32_t freq = 0; freq < 80000; freq++)
+            if (answer(freq) != answer(freq + 1))
+                text += std::to_string(freq) + ":" + answer(freq) + " ";
+        return text;
+    };
+    EXPECT_EQ(changes([](uint32_t f) { return std::to_string(qx_freq_to_band(f)); }),
+              "2411:0 2484:1 4909:0 4980:2 5159:0 5925:3 5934:0 7115:4 58319:0 70200:5 ");
+    EXPECT_EQ(changes([](uint32_t f) { return std::string{get_band(int32_t(f))}; }),
+              "2411:unknown 2484:ng 4909:unknown 5875:na 5944:unknown 7125:6e ");
+    const struct {
+        uint32_t freq, channel, older;
+    } odd[] = {
+        // beside the plans both go on counting, in 32 bits without a sign
+        {2406, 858993459U, 858993459U},
+        {2485, 858992956U, 214748378U},
+        {4900, 858993439U, 134U},
+        {4942, 188U, 5U},
+        {4990, 858993457U, 198U},
+        {5150, 30U, 30U},
+        {5925, 858993454U, 185U},
+        {5935, 2U, 187U},
+        {7125, 235U, 235U},
+        {60480, 2U, 10906U},
+        {70201, 0U, 12850U},
+    };
+    for (const auto &row : odd) {
+        EXPECT_EQ(qx_freq_to_channel(row.freq), row.channel) << row.freq;
+        EXPECT_EQ(ieee80211_mhz2ieee(row.freq), row.older) << row.freq;
     }
     EXPECT_EQ(vexa_convert_to_dbm(96, 2), 6u);
     EXPECT_EQ(vexa_convert_to_dbm(0, 255), 925u);

@@ -21,5 +21,4 @@ void report_config(const report_source &from, std::vector<section> &page);
 void report_device(const report_source &from, std::vector<section> &page);
 void report_interface(const report_source &from, std::vector<section> &page);
 void report_inventory(const report_source &from, std::vector<section> &page);
-void report_satisfaction(const report_source &from, std::vector<section> &page);
 void report_wireless(const report_source &from, std::vector<section> &page);
