@@ -9,6 +9,8 @@
 
 namespace {
 
+constexpr size_t longest_file = size_t{256} << 20; // a device would not hold more
+
 std::string because(const char *path, int error)
 {
     return "cannot read " + std::string{path} + ": " + strerror(error);
@@ -41,8 +43,11 @@ std::string load(const char *path, std::string &bytes)
     if (!file)
         return because(path, errno);
     char piece[65536];
-    while (const size_t got = fread(piece, 1, sizeof piece, file.get()))
+    while (const size_t got = fread(piece, 1, sizeof piece, file.get())) {
+        if (bytes.size() + got > longest_file)
+            return because(path, EFBIG);
         bytes.append(piece, got);
+    }
     return ferror(file.get()) ? because(path, errno) : "";
 }
 

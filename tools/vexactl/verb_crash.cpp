@@ -81,8 +81,6 @@ int crash_binary(const arguments &args, output &out)
     const std::string trouble = args.count() > 1 ? load(args.operand(1), dump) : "";
     if (!trouble.empty())
         return out.fail(status_unavailable, trouble);
-    if (dump.size() > INT_MAX)
-        return out.fail(status_usage, "crash binary: the dump is too large");
     const std::string_view chosen = args.value("kind", kinds[0]);
     int kind = 0;
     while (chosen != kinds[kind])
@@ -99,6 +97,8 @@ int crash_logs(const arguments &args, output &out)
                                          {"posted", "Posted", kind::on_off},
                                          {"attempts", "Failed attempts", kind::number},
                                          {"finished", "Finished", kind::on_off}};
+    if (args.has("uplink") && !args.has("send"))
+        return out.fail(status_usage, "crash logs: --uplink goes with --send");
     if (args.has("send") && check_vwire_disconnect_logs(args.value("uplink"), 1) != 0)
         return out.fail(status_unavailable, "the logs cannot be worked on; -v shows why");
     return out.show({isolation_logs(), columns, "no isolation logs"});

@@ -27,9 +27,10 @@ int trace_send(const arguments &args, output &out)
     if (!wrong.empty())
         return out.fail(status_usage, wrong);
     const json_ref trace{trace_object()};
-    if (trace_object_set_namespace_new(trace.get(), text(args.operand(0))) != 0 ||
-        trace_object_set_type_new(trace.get(), text(args.operand(1))) != 0 ||
-        trace_object_set_payload_new(trace.get(), payload.release()) != 0)
+    if (trace_object_set_namespace_new(trace.get(), json_string(args.operand(0))) != 0 ||
+        trace_object_set_type_new(trace.get(), json_string(args.operand(1))) != 0)
+        return out.fail(status_usage, "trace send: NAMESPACE and TYPE must be UTF-8");
+    if (trace_object_set_payload_new(trace.get(), payload.release()) != 0)
         return out.fail(status_unavailable, "the trace cannot be made; -vv shows why");
     const int result = send_trace_with_meta(trace.get(), meta.get());
     if (result == analytics_off)
