@@ -8,7 +8,9 @@ using testing::HasSubstr;
 TEST(send_crash_binary_data, uploads_what_may_go_out)
 {
     const struct {
-        const char *why, *manners, *coredump;
+        const char *why;
+        std::string manners;
+        const char *coredump;
         int kind, data_len, result;
         const char *type, *line;
         size_t requests;
@@ -21,11 +23,18 @@ TEST(send_crash_binary_data, uploads_what_may_go_out)
         {"RAM", "normal", "1\n", 3, 4, 0, "ram-dump", "", 2},
         {"no answer", "reset", "1\n", 0, 4, -1, "core-dump", "crash.post_crash(): POST 'https://", 1},
         {"no JSON", "body {", "1\n", 0, 4, -1, "core-dump", "Failed to parse response: ", 1},
-        {"no address", "body []", "1\n", 0, 4, 0, "core-dump", "No upload_url in response", 1},
+        {"JSON beyond 2048 bytes", "body [" + std::string(3000, ' ') + "]", "1\n", 0, 4, -1, "core-dump",
+         "Failed to parse response: ", 1},
+        {"nested too deeply", "body " + std::string(200, '[') + std::string(200, ']'), "1\n", 0, 4, -1, "core-dump",
+         "Failed to parse response: nested too deeply at line -1, column -1\n", 1},
+        {"no address", "body []", "1\n", 0, 4, 0, "core-dump", "[warn ] crash.send_crash_binary_data(): No upload_url",
+         1},
+        {"no text", "body {\"upload_url\": 7}", "1\n", 0, 4, 0, "core-dump", "No upload_url in response", 1},
+        {"another protocol", "body {\"upload_url\": \"file:///tmp/x\"}", "1\n", 0, 4, -1, "core-dump",
+         "crash.upload_file(): PUT 'file:///tmp/x' failed: [1] ", 1},
         {"the dump is refused", "at upload.vexa.example status 403 no", "1\n", 0, 4, -1, "core-dump",
-         "crash.upload_file(): PUT 'https://", 2},
+         "/dumps/3' failed: [403] no\n", 2},
     };
-    install_commands();
     the_device.put("/var/log/messages", "hostapd[812]: secret=word\nhostapd[813]: other\n");
     const cloud services;
     for (const auto &row : rows) {
@@ -48,12 +57,12 @@ TEST(send_crash_binary_data, uploads_what_may_go_out)
     }
     EXPECT_EQ(the_device.text("/tmp/vexa-cloud/dumps/1"), "dump");
 
-    const char name[] = "a\"$(oopsdump ran)`oopsdump`\\\"\n\xff";
+    const char name[] = "a\"$(oopsdump)`oopsdump`\\\"\n\xff";
     services.tell("normal");
     EXPECT_EQ(send_crash_binary_data(name, 1, 0, 0, 0, nullptr, 0, 0), 0);
     EXPECT_EQ(text_of(body_of(*services.journal(), services.requests() - 1).get(), "cmd"),
-              "a\"$(oopsdump ran)`oopsdump`\\\"\n\xef\xbf\xbd");
-    EXPECT_FALSE(the_device.exists("/tmp/commands")) << "nothing is run by a name";
+              "a\"$(oopsdump)`oopsdump`\\\"\n\xef\xbf\xbd");
+    EXPECT_FALSE(the_device.exists("/tmp/oopsdump.log")) << "nothing is run by a name";
     the_device.remove("/var/run/ntp.ready");
     EXPECT_EQ(send_ram_dump("dump", nullptr, 0), -1);
 }

@@ -4,24 +4,8 @@
 #include "core/owner.h"
 #include "tests/support/device.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-
-// Stand-ins for what the firmware brings along, first on the path. They note their arguments in /tmp/commands.
-inline void install_commands()
-{
-    the_device.put("/tmp/bin/syswrapper.sh",
-                   "#!/bin/sh\n"
-                   "[ $1 = read-crash-log ] && echo 'Oops: secret=x' && exit\n"
-                   "sed s/secret=.*/secret=***/ # a filter\n",
-                   0755);
-    the_device.put("/tmp/bin/oopsdump", "#!/bin/sh\necho oopsdump $* >>/tmp/commands\necho dump\nexit ${OOPS:-0}\n",
-                   0755);
-    the_device.put("/etc/syswrapper.sh", "#!/bin/sh\necho $* >>/tmp/commands\n", 0755);
-    static const std::string path = getenv("PATH");
-    setenv("PATH", ("/tmp/bin:" + path).c_str(), 1);
-}
 
 inline const std::string logs = "/etc/persistent/isolation_logs/";
 inline const std::string finished_logs = "/etc/persistent/isolation_logs_sent/";

@@ -10,10 +10,9 @@ using testing::HasSubstr;
 
 TEST(get_next_crash_log, hands_out_each_log_until_it_is_finished)
 {
-    install_commands();
     EXPECT_EQ(has_crash_logs(), 0) << "no directory";
     std::map<std::string, std::string> left; // name in JSON, name of the file
-    for (const char *name : {"plain.tgz", "with blank", "$(oopsdump ran)", "-n", "it's \"quoted\""})
+    for (const char *name : {"plain.tgz", "with blank", "$(oopsdump)", "-n", "it's \"quoted\""})
         left[name] = name;
     left["not UTF-8 \xef\xbf\xbd"] = "not UTF-8 \xff";
     for (const auto &[shown, name] : left)
@@ -38,7 +37,8 @@ TEST(get_next_crash_log, hands_out_each_log_until_it_is_finished)
     EXPECT_EQ(get_next_crash_log(), nullptr);
     EXPECT_EQ(mark_crash_log_finished("plain.tgz"), 0) << "is never visited again";
     EXPECT_FALSE(the_device.exists(logs + "meta/link"));
-    EXPECT_THAT(the_device.text("/tmp/commands"), AllOf(HasSubstr("save-config\n"), Not(HasSubstr("oopsdump"))));
+    EXPECT_THAT(the_device.text("/tmp/syswrapper.log"), HasSubstr("/etc/syswrapper.sh save-config\n"));
+    EXPECT_FALSE(the_device.exists("/tmp/oopsdump.log")) << "nothing is run by a name";
 }
 
 TEST(isolation_meta, recovers_from_what_cannot_be_used)
@@ -57,7 +57,6 @@ TEST(isolation_meta, recovers_from_what_cannot_be_used)
         {"no payload", "{\"filename\": \"log\"}", generate, 0},
         {"payload of another type", "{\"payload\": \"text\"}", generate, 0},
     };
-    install_commands();
     put_log("log");
     for (const auto &row : rows) {
         SCOPED_TRACE(row.why);
@@ -81,7 +80,6 @@ TEST(isolation_meta, recovers_from_what_cannot_be_used)
 
 TEST(isolation_meta, outlives_a_full_disk)
 {
-    install_commands();
     put_log("log");
     ASSERT_EQ(has_crash_logs(), 1);
     const json_ref meta = file_json(logs + "meta/log");
@@ -99,7 +97,6 @@ TEST(isolation_meta, outlives_a_full_disk)
 
 TEST(isolation_meta, is_worked_on_by_one_process_at_a_time)
 {
-    install_commands();
     put_log("log");
     ASSERT_EQ(has_crash_logs(), 1);
     const unique_fd held{open((logs + "meta/log").c_str(), O_RDWR)};

@@ -18,12 +18,12 @@ json_ref meta_of(const std::string &name)
 
 TEST(check_vwire_disconnect_logs, gives_a_log_up_after_five_failures)
 {
-    install_commands();
     put_log("log");
     const cloud services;
     services.tell("status 500");
     EXPECT_EQ(check_vwire_disconnect_logs("uplink-model", 0), 0);
-    EXPECT_EQ(the_device.text("/tmp/commands"), "save-config\n");
+    const std::string saved = "/etc/syswrapper.sh save-config\n";
+    EXPECT_EQ(the_device.text("/tmp/syswrapper.log"), saved);
     the_device.put("/var/run/system.analytics.mode", "0\n");
     EXPECT_EQ(check_vwire_disconnect_logs("another", 1), 0);
     EXPECT_EQ(services.requests(), 0u) << "the gate is closed";
@@ -47,14 +47,12 @@ TEST(check_vwire_disconnect_logs, gives_a_log_up_after_five_failures)
     EXPECT_EQ(text_of(report, "crash_log"), "said by <log> secret=***\n");
     EXPECT_EQ(text_of(report, "type"), "vwire_disconnect");
     EXPECT_EQ(text_of(report, "uplink_model"), "uplink-model");
-    EXPECT_EQ(the_device.text("/tmp/commands"), "save-config\nsave-config\n") << "retries are not worth a save";
+    EXPECT_EQ(the_device.text("/tmp/syswrapper.log"), saved + saved) << "retries are not worth a save";
 }
 
 TEST(check_vwire_disconnect_logs, posts_once_whenever_the_consumer_comes)
 {
-    install_commands();
-    const std::string names[] = {"plain_1.tgz", "with blank",     "$(oopsdump ran)",
-                                 "-n",          "it's; oopsdump", "bytes \xff\xfe"};
+    const std::string names[] = {"plain_1.tgz", "with blank", "$(oopsdump)", "-n", "it's; oopsdump", "bytes \xff\xfe"};
     for (const std::string &name : names)
         put_log(name);
     const cloud services;
@@ -79,5 +77,5 @@ TEST(check_vwire_disconnect_logs, posts_once_whenever_the_consumer_comes)
     EXPECT_EQ(services.requests(), expected.size());
     EXPECT_EQ(has_crash_logs(), 1) << "the consumer may take a log that was posted";
     EXPECT_EQ(mark_crash_log_finished("-n"), 1);
-    EXPECT_THAT(the_device.text("/tmp/commands"), Not(HasSubstr("oopsdump")));
+    EXPECT_FALSE(the_device.exists("/tmp/oopsdump.log")) << "nothing is run by a name";
 }

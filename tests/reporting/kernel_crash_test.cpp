@@ -23,17 +23,15 @@ std::string keys_of(json_t *object)
 
 TEST(send_kernel_crash, reports_once)
 {
-    install_commands();
     const cloud services;
     const captured_log log{8};
     const pid_t healthy = fork();
-    if (healthy == 0) {
-        setenv("OOPS", "1", 1);
+    if (healthy == 0)
         _exit(send_kernel_crash() == -1 && !has_oops() ? 0 : 1);
-    }
     int status;
     EXPECT_EQ(waitpid(healthy, &status, 0), healthy);
     EXPECT_EQ(status, 0);
+    the_device.put("/tmp/oops", "Oops: secret=x\n");
 
     const struct {
         const char *file, *closed, *open; // what it holds; nullptr: it is not there
@@ -82,6 +80,30 @@ TEST(send_kernel_crash, reports_once)
     EXPECT_EQ(oops_clear(), 0);
     EXPECT_EQ(has_oops(), 0);
     EXPECT_FALSE(the_device.exists("/tmp/elsewhere"));
-    EXPECT_EQ(the_device.text("/var/run/last-crashlog.txt"), "dump\n");
-    EXPECT_EQ(the_device.text("/tmp/commands"), "oopsdump -e\noopsdump -e\noopsdump\noopsdump -c\n");
+    EXPECT_EQ(the_device.text("/var/run/last-crashlog.txt"), "Oops: secret=x\n");
+    EXPECT_EQ(the_device.text("/tmp/oopsdump.log"),
+              "oopsdump -e\noopsdump -e\noopsdump \noopsdump \noopsdump \noopsdump -c\n")
+        << "asked once per process";
+}
+
+TEST(capture_commands, are_these)
+{
+    the_device.remove("/bin/syswrapper.sh"); // so that each fails, and is shown
+    the_device.put("/tmp/oops", "");
+    put_log("vwire_1.tgz");
+    const cloud services;
+    const captured_log log{2};
+    EXPECT_EQ(send_kernel_crash(), 0);
+    EXPECT_EQ(send_crash_binary_data("hostapd", 812, 0, 0, 0, nullptr, 0, 0), 0);
+    EXPECT_EQ(send_ram_dump("firmware", nullptr, 0), 0);
+    EXPECT_EQ(check_vwire_disconnect_logs(nullptr, 1), 0);
+    for (const char *command : {
+             "syswrapper.sh read-crash-log | syswrapper.sh sensitive-data-filter",
+             "cat /tmp/system.cfg | syswrapper.sh systemcfg-sensitive-data-filter",
+             "tail -n 100 /var/log/messages | syswrapper.sh sensitive-data-filter",
+             "tail -n 100 /var/log/messages | grep -e \"hostapd\\[812\\]\" | syswrapper.sh sensitive-data-filter",
+             "logread | grep -i \"collecting ramdump\" -B 200 | syswrapper.sh sensitive-data-filter",
+             "tar -xOzf /etc/persistent/isolation_logs/vwire_1.tgz | syswrapper.sh sensitive-data-filter",
+         })
+        EXPECT_THAT(log.text(), HasSubstr(std::string{"popen_alloc_output(): '"} + command + "' returned rc="));
 }

@@ -1,10 +1,21 @@
 // SPDX-License-Identifier: MIT
+#include "tests/support/cloud.h"
 #include "tests/tools/vexactl.h"
+
+TEST(crash, reaches_the_cloud)
+{
+    const cloud services;
+    const finished done = shell(EXAMPLES "/cloud_report.sh \"$VEXACTL\"");
+    EXPECT_EQ(done.status, 0) << done.err;
+    EXPECT_THAT(done.out, testing::ContainsRegex("\naccepted\n(.*\n)*reported\n(.*\n)*Reported +[^ ]+ on\n"));
+    EXPECT_EQ(services.requests(), 2u);
+    EXPECT_EQ(vexactl({"crash", "send", "--clear"}).out, "reported\n") << "but once";
+    EXPECT_EQ(services.requests(), 2u);
+    EXPECT_EQ(vexactl({"crash", "send"}).status, 1) << "no crash";
+}
 
 TEST(crash, shows_the_isolation_logs_and_lets_them_be_finished)
 {
-    the_device.put("/tmp/bin/oopsdump", "#!/bin/sh\nexit 1\n", 0755);
-    setenv("PATH", (std::string("/tmp/bin:") + getenv("PATH")).c_str(), 1);
     the_device.remove("/var/run/ntp.ready");
     const std::string name = "with blank; \xff";
     the_device.put("/etc/persistent/isolation_logs/" + name, "log");
@@ -23,7 +34,7 @@ TEST(crash, shows_the_isolation_logs_and_lets_them_be_finished)
     EXPECT_EQ(vexactl({"crash", "finish", name}).status, 0);
     EXPECT_EQ(vexactl({"crash", "finish", name}).status, 1);
     EXPECT_EQ(vexactl({"crash", "next"}).status, 1);
-    EXPECT_EQ(vexactl({"crash", "send"}).status, 1) << "no crash";
+    EXPECT_EQ(vexactl({"crash", "binary", "hostapd", "/dev/zero"}).status, 3) << "without end";
     EXPECT_EQ(vexactl({"crash", "binary", "hostapd"}).status, 3) << "the gate is closed";
 }
 
@@ -35,6 +46,8 @@ TEST(crash, refuses_what_cannot_be_meant)
     } rows[] = {
         {{"crash", "binary", "x", "--pid", "99999999999"}, "take numbers"},
         {{"crash", "binary", "x", "--kind", "4"}, "--kind"},
+        {{"crash", "logs", "--uplink", "x"}, "--uplink goes with --send"},
+        {{"trace", "send", "a\xff", "b", "{}"}, "NAMESPACE and TYPE must be UTF-8"},
         {{"trace", "send", "a", "b", "{"}, "is no JSON: "},
         {{"trace", "send", "a", "b", "[]"}, "the payload is no JSON object"},
         {{"trace", "send", "a", "b", "{}", "--meta", "1"}, "--meta is no JSON object"},

@@ -1,0 +1,1 @@
+/etc/syswrapper.sh
