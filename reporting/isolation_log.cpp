@@ -98,7 +98,7 @@ bool mark_finished(const log_store &store, const char *name)
     return bool(marker);
 }
 
-void finish_crash_meta(log_store &store, const log_visit &log, int file, int error)
+void finish_crash_meta(log_store &store, const log_visit &log, int error)
 {
     if (error != 0)
         log_warn("Couldn't process %s: %s", log.name, strerror(error));
@@ -106,7 +106,7 @@ void finish_crash_meta(log_store &store, const log_visit &log, int file, int err
         store.changed |= mark_finished(store, log.name);
     if (log.save == rewrite::none)
         return;
-    if (!rewrite_meta(log, file))
+    if (!rewrite_meta(log))
         log_err("Cannot save %s %s%s meta file", log.kind.name, log.kind.meta, log.name);
     store.changed |= log.save == rewrite::changed;
 }
@@ -119,11 +119,12 @@ bool visit(log_store &store, const char *name, const char *uplink_model, log_act
     unique_fd file;
     int error = lock_meta(store, name, file, func);
     const file_lock lock{file ? &file : nullptr};
+    log.file = file.get();
     if (error == 0)
-        error = prepare_crash_log_meta(log, file.get(), uplink_model);
+        error = prepare_crash_log_meta(log, uplink_model);
     if (error == 0 && action)
         error = action(log, argument);
-    finish_crash_meta(store, log, file.get(), error);
+    finish_crash_meta(store, log, error);
     return log.stop;
 }
 

@@ -27,6 +27,7 @@ struct log_visit {
     const log_kind &kind;
     const char *name;
     int directory; // of the logs
+    int file = -1; // of its meta
     json_ref meta = {};
     rewrite save = rewrite::none;
     bool stop = false;

@@ -14,6 +14,7 @@ namespace {
 
 constexpr char log_tag[] = "crash";
 constexpr off_t largest_meta = 1 << 20; // what is larger is none of ours
+constexpr size_t longest_note = sizeof ", \"send_attempts\": 5";
 
 // 0 with the JSON value that the file holds, null when that is none; or an errno.
 int read_meta(int file, json_ref &meta)
@@ -59,9 +60,9 @@ int create_meta(log_visit &log, const char *uplink_model)
     return 0;
 }
 
-int read_or_create(log_visit &log, int file, const char *uplink_model)
+int read_or_create(log_visit &log, const char *uplink_model)
 {
-    if (const int error = read_meta(file, log.meta); error != 0)
+    if (const int error = read_meta(log.file, log.meta); error != 0)
         return error;
     if (!log.meta)
         return create_meta(log, uplink_model);
@@ -92,20 +93,26 @@ bool reserve(int file, off_t length)
 
 } // namespace
 
-int prepare_crash_log_meta(log_visit &log, int file, const char *uplink_model)
+int prepare_crash_log_meta(log_visit &log, const char *uplink_model)
 {
-    const int error = read_or_create(log, file, uplink_model);
+    const int error = read_or_create(log, uplink_model);
     if (error != 0)
         log_err("Failed to generate %s meta: %s", log.kind.name, strerror(error));
     return error;
 }
 
+bool reserve_note(const log_visit &log)
+{
+    const unique_text text{json_dumps(log.meta.get(), 0)};
+    return text && reserve(log.file, off_t(strlen(text.get()) + longest_note));
+}
+
 // The file itself is rewritten, for its lock is what others wait for; so room for the new text is taken first.
-bool rewrite_meta(const log_visit &log, int file)
+bool rewrite_meta(const log_visit &log)
 {
     const unique_text text{json_dumps(log.meta.get(), 0)};
     if (!text)
         return false;
     const auto length = off_t(strlen(text.get()));
-    return reserve(file, length) && write_all(file, text.get()) && ftruncate(file, length) == 0;
+    return reserve(log.file, length) && write_all(log.file, text.get()) && ftruncate(log.file, length) == 0;
 }

@@ -2,7 +2,7 @@
 #include "core/log.h"
 #include "core/shell.h"
 #include "reporting/gate.h"
-#include "reporting/isolation_log.h"
+#include "reporting/isolation_meta.h"
 #include "reporting/post_crash.h"
 #include "reporting/service_url.h"
 
@@ -57,6 +57,8 @@ int send_vwire_disconnect_log(log_visit &log, void *)
         log_debug("URL truncated");
         return ENOMEM;
     }
+    if (!reserve_note(log))
+        return ENOSPC;
     log_info("Processing %s log %s", log.kind.name, log.name);
     json_t *payload = json_object_get(log.meta.get(), "payload");
     if (!add_crash_log(log, payload, __func__)) {

@@ -89,6 +89,9 @@ TEST(isolation_meta, outlives_a_full_disk)
     json_dump_file(meta.get(), (logs + "meta/log").c_str(), 0); // all but a byte of the disk
     const std::string before = the_device.text(logs + "meta/log");
     const captured_log log{4};
+    EXPECT_EQ(check_vwire_disconnect_logs(nullptr, 1), 0);
+    EXPECT_EQ(log.text(), "[warn ] crash.finish_crash_meta(): Couldn't process log: No space left on device\n")
+        << "nothing is sent";
     EXPECT_EQ(mark_crash_log_finished("log"), 1);
     EXPECT_THAT(log.text(), HasSubstr("Cannot save vwire_disconnect " + logs + "meta/log meta file\n"));
     EXPECT_EQ(the_device.text(logs + "meta/log"), before);
