@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr int64_t longest_ms = 24 * 60 * 60 * 1000;
+constexpr int64_t longest_ms = 24LL * 60 * 60 * 1000;
 constexpr int64_t shortest_ms = 1000;
 constexpr int tolerated_failures = 4;
 
