@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: MIT
 // vexa-sim: runs a program on a simulated device.
 #include "sim/changes.h"
-#include "sim/cloud.h"
-#include "sim/preload.h"
+#include "sim/command_line.h"
 #include "sim/program.h"
+#include "sim/record/recording.h"
+#include "sim/service.h"
 #include "sim/settings.h"
-#include "sim/simulated_device.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <optional>
 
 namespace {
 
@@ -18,123 +17,36 @@ constexpr int usage_error = 2;
 constexpr int kernel_refuses = 77;
 constexpr int cannot_make_device = 125;
 
-constexpr char help[] = "Usage: vexa-sim list\n"
-                        "       vexa-sim run [OPTION]... [--] PROGRAM [ARGUMENT]...\n"
-                        "       vexa-sim diff [OPTION]... [--] PROGRAM [ARGUMENT]...\n"
-                        "       vexa-sim shell [OPTION]...\n"
-                        "       vexa-sim set KIND.NAME.KEY=VALUE...\n"
-                        "\n"
-                        "Runs a program, with all that it starts, on a simulated device: in mount, network\n"
-                        "and IPC namespaces of its own, on the device's files and interfaces. Nothing that\n"
-                        "it writes reaches the machine.\n"
-                        "\n"
-                        "  list             the devices and what they are\n"
-                        "  run              the program\n"
-                        "  diff             the program, then what it changed in the device's files\n"
-                        "  shell            a shell; this tool and what stands beside it are on its path\n"
-                        "  set              on a device: change its radios while programs run\n"
-                        "  --device NAME    the device, or a folder that describes one (its name holds a\n"
-                        "                   slash); access-point when not given\n"
-                        "  --fail REQ=ERR   the Wi-Fi driver refuses a request: GETMACS=E2BIG\n"
-                        "  --keep-proc      leave /proc to the kernel, for programs that look at processes\n"
-                        "  --cloud          with the services that a device reports to; at the end, what\n"
-                        "                   arrived there is shown on standard error\n"
-                        "  --help           this text\n"
-                        "  --version        the version\n"
-                        "\n"
-                        "The exit status is the program's, 128 and the number of the signal that ended it, 2\n"
-                        "for a wrong command line, 77 when the kernel refuses namespaces, 125 when the device\n"
-                        "cannot be made, 126 or 127 when the program cannot be started or found.\n"
-                        "\n"
-                        "Examples: vexa-sim run -- cat /proc/vexahal/system.info\n"
-                        "          vexa-sim set station.02:57:00:00:00:02.rssi=-84\n";
-
-struct wrong_usage : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
-
-struct request {
-    sim::options options;
-    bool cloud;
-    std::vector<std::string> failures; // lines of the radios' description
-    char **program;
-};
-
-// The value of an option that is the argument or stands behind it; null when the argument is another one.
-const char *value_of(const std::string &name, char **&argument)
-{
-    const std::string given = *argument;
-    if (given.starts_with(name + "="))
-        return *argument + name.size() + 1;
-    if (given != name)
-        return nullptr;
-    if (!argument[1])
-        throw wrong_usage(name + " needs a value; see vexa-sim --help");
-    return *++argument;
-}
-
-request read_request(char **argument)
-{
-    request r{};
-    for (; *argument && **argument == '-'; argument++) {
-        const std::string option = *argument;
-        if (option == "--") {
-            argument++;
-            break;
-        }
-        if (option == "--keep-proc")
-            r.options.keep_proc = true;
-        else if (option == "--cloud")
-            r.cloud = true;
-        else if (const char *device = value_of("--device", argument))
-            r.options.device = device;
-        else if (const char *failure = value_of("--fail", argument))
-            r.failures.push_back(sim::line_of_failure(failure));
-        else
-            throw wrong_usage("unknown option " + option + "; see vexa-sim --help");
-    }
-    r.program = argument;
-    r.options.reachable = sim::places_of(*argument ? *argument : ".");
-    r.options.driver = sim::find_driver();
-    return r;
-}
-
 // A device that this process has entered, with what is to run beside the program.
 struct running {
     sim::simulated_device device;
-    std::optional<sim::cloud> cloud;
+    std::vector<sim::service> services;
 
-    explicit running(const request &r)
+    explicit running(const sim::request &r)
     {
-        const std::filesystem::path cloud_program = sim::cloud::program();
-        sim::options options = r.options;
-        options.reachable.push_back(cloud_program);
-        device.enter(options);
+        const std::string cloud = sim::service::place_of("vexa-cloud"), bus = sim::service::place_of("vexa-bus");
+        sim::options on = r.on;
+        on.reachable.insert(on.reachable.end(), {cloud, bus});
+        device.enter(on);
         for (const std::string &failure : r.failures)
             sim::describe(failure);
+        if (r.bus)
+            services.emplace_back(std::vector<std::string>{bus, "/var/run/ubus.sock", sim::bus_description});
         if (r.cloud)
-            cloud.emplace(cloud_program);
+            services.emplace_back(std::vector<std::string>{cloud, "--report"});
     }
 };
 
-request read_program(char **arguments)
-{
-    request r = read_request(arguments);
-    if (!*r.program)
-        throw wrong_usage("no program to run; see vexa-sim --help");
-    return r;
-}
-
 int run(char **arguments)
 {
-    const request r = read_program(arguments);
+    const sim::request r = sim::read_program(arguments);
     const running here{r};
     return sim::run_program(r.program);
 }
 
 int diff(char **arguments)
 {
-    const request r = read_program(arguments);
+    const sim::request r = sim::read_program(arguments);
     const running here{r};
     const sim::device_state before = here.device.files();
     const int status = sim::run_program(r.program);
@@ -155,11 +67,11 @@ void extend_path()
 int shell(char **arguments)
 {
     extend_path();
-    const request r = read_request(arguments);
+    const sim::request r = sim::read_request(arguments);
     if (*r.program)
-        throw wrong_usage("shell takes no program; see vexa-sim run");
+        throw sim::wrong_usage("shell takes no program; see vexa-sim run");
     const running here{r};
-    setenv("PS1", (r.options.device + ":\\w\\$ ").c_str(), 1);
+    setenv("PS1", (r.on.device + ":\\w\\$ ").c_str(), 1);
     const char *chosen = getenv("SHELL");
     std::string program = chosen ? chosen : "/bin/sh";
     char *const words[] = {program.data(), nullptr};
@@ -169,9 +81,17 @@ int shell(char **arguments)
 int set(char **settings)
 {
     if (!*settings)
-        throw wrong_usage("nothing to set; see vexa-sim --help");
+        throw sim::wrong_usage("nothing to set; see vexa-sim --help");
     for (; *settings; settings++)
         sim::describe(sim::line_of_setting(*settings));
+    return EXIT_SUCCESS;
+}
+
+int record(char **arguments)
+{
+    if (!*arguments || arguments[1])
+        throw sim::wrong_usage("record takes a folder; see vexa-sim --help");
+    sim::record_device(*arguments);
     return EXIT_SUCCESS;
 }
 
@@ -198,21 +118,21 @@ int command(char **arguments)
     static constexpr struct {
         const char *name;
         int (*obey)(char **arguments);
-    } verbs[] = {{"run", run}, {"diff", diff}, {"shell", shell}, {"set", set}};
+    } verbs[] = {{"run", run}, {"diff", diff}, {"shell", shell}, {"set", set}, {"record", record}};
     const std::string verb = arguments[0] ? arguments[0] : "";
     if (verb == "--help" || (*arguments && arguments[1] && strcmp(arguments[1], "--help") == 0))
-        return print(help);
+        return print(sim::help);
     if (verb == "--version")
         return print("vexa-sim " VEXA_VERSION "\n");
     for (const auto &v : verbs)
         if (verb == v.name)
             return v.obey(arguments + 1);
     if (verb == "list" && arguments[1])
-        throw wrong_usage("list takes no arguments");
+        throw sim::wrong_usage("list takes no arguments");
     if (verb == "list")
         return list();
-    throw wrong_usage(verb.empty() ? "what to do? See vexa-sim --help"
-                                   : "no command '" + verb + "'; see vexa-sim --help");
+    throw sim::wrong_usage(verb.empty() ? "what to do? See vexa-sim --help"
+                                        : "no command '" + verb + "'; see vexa-sim --help");
 }
 
 int complain(const std::exception &wrong, int status)
@@ -227,7 +147,7 @@ int main(int, char **argv)
 {
     try {
         return command(argv + 1);
-    } catch (const wrong_usage &wrong) {
+    } catch (const sim::wrong_usage &wrong) {
         return complain(wrong, usage_error);
     } catch (const std::invalid_argument &wrong) {
         return complain(wrong, usage_error);

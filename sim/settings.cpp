@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "sim/settings.h"
 
+#include "sim/driver/lines.h"
 #include "sim/driver/places.h"
 #include "sim/error.h"
 
@@ -8,18 +9,6 @@
 #include <fstream>
 
 namespace sim {
-
-namespace {
-
-std::string quoted(const std::string &value)
-{
-    std::string text = "\"";
-    for (const char c : value)
-        text += (c == '"' || c == '\\' ? std::string{"\\"} : std::string{}) + c;
-    return text + "\"";
-}
-
-} // namespace
 
 std::string line_of_setting(const std::string &setting)
 {
@@ -29,7 +18,7 @@ std::string line_of_setting(const std::string &setting)
     if (equals == setting.npos || kind >= key || key > equals || setting.find('\n') != setting.npos)
         throw std::invalid_argument("'" + setting + "' is no setting such as station.02:57:00:00:00:02.rssi=-84");
     return setting.substr(0, kind) + " " + setting.substr(kind + 1, key - kind - 1) + " " +
-           setting.substr(key + 1, equals - key) + quoted(setting.substr(equals + 1));
+           setting.substr(key + 1, equals - key) + driver::quoted(setting.substr(equals + 1));
 }
 
 std::string line_of_failure(const std::string &failure)

@@ -17,6 +17,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
+constexpr mode_t readable = 0644;
+
 // The device's own, empty at first.
 constexpr const char *empty_folders[] = {"/tmp", "/run", "/var/run", "/var/log"};
 
@@ -73,6 +75,8 @@ void simulated_device::enter(const options &o)
     initial_ = read_device_files(folder / "root");
     if (const path factory_data = folder / "eeprom"; fs::exists(factory_data))
         initial_.push_back(read_factory_data(factory_data));
+    if (const path bus = folder / "bus"; fs::exists(bus))
+        initial_.push_back({bus_description, read_file(bus), readable, false});
     const wireless radios = read_wireless(folder / "wireless");
     initial_.insert(initial_.end(), radios.files.begin(), radios.files.end());
     const bool has_driver = !radios.files.empty() && !o.driver.empty();

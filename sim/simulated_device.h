@@ -10,6 +10,9 @@
 
 namespace sim {
 
+// Where a device has the answers of its system bus, for vexa-bus.
+inline constexpr char bus_description[] = "/var/run/vexa-sim/bus";
+
 struct options {
     std::string device = default_device;
     bool keep_proc = false;           // leave the kernel's own /proc alone; the device's files below it are not there

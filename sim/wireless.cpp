@@ -22,14 +22,6 @@ std::string now()
     return std::to_string(uint64_t(t.tv_sec) * 1000000000 + uint64_t(t.tv_nsec)) + '\n';
 }
 
-std::string text_of(const driver::mac &address)
-{
-    char out[18];
-    snprintf(out, sizeof out, "%02x:%02x:%02x:%02x:%02x:%02x", address[0], address[1], address[2], address[3],
-             address[4], address[5]);
-    return out;
-}
-
 std::string content_of(const std::filesystem::path &file)
 {
     std::ifstream in(file, std::ios::binary);
@@ -77,8 +69,8 @@ wireless read_wireless(const std::filesystem::path &file)
     for (const driver::vap &v : read(file, content).vaps) {
         out.files.push_back({"/var/run/vapusage." + v.name, v.usage + '\n', readable, false});
         const std::string air = "air-" + v.name; // the far end, where a program can play a station
-        out.interfaces += "link add " + v.name + " address " + text_of(v.bssid) + " type veth peer name " + air +
-                          "\nlink set " + air + " up\nlink set " + v.name + " up\n";
+        out.interfaces += "link add " + v.name + " address " + driver::text_of(v.bssid) + " type veth peer name " +
+                          air + "\nlink set " + air + " up\nlink set " + v.name + " up\n";
     }
     return out;
 }

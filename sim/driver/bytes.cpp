@@ -5,7 +5,7 @@
 
 #include <algorithm>
 #include <arpa/inet.h>
-#include <string>
+#include <cstdio>
 
 namespace sim::driver {
 
@@ -47,6 +47,20 @@ uint32_t ipv4_of(std::string_view text)
     if (inet_pton(AF_INET, std::string(text).c_str(), &address) != 1)
         throw error("no IPv4 address: " + std::string(text));
     return ntohl(address.s_addr);
+}
+
+std::string text_of(const mac &a)
+{
+    char out[18];
+    snprintf(out, sizeof out, "%02x:%02x:%02x:%02x:%02x:%02x", a[0], a[1], a[2], a[3], a[4], a[5]);
+    return out;
+}
+
+std::string text_of_ipv4(uint32_t number)
+{
+    char out[INET_ADDRSTRLEN];
+    const in_addr address{htonl(number)};
+    return inet_ntop(AF_INET, &address, out, sizeof out);
 }
 
 } // namespace sim::driver

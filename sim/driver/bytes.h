@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -31,5 +32,8 @@ inline uint64_t take(const uint8_t *at, size_t width)
 bytes bytes_of_hex(std::string_view digits);
 mac mac_of(std::string_view text);
 uint32_t ipv4_of(std::string_view text); // host order
+
+std::string text_of(const mac &);
+std::string text_of_ipv4(uint32_t); // host order
 
 } // namespace sim::driver

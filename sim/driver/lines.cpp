@@ -85,6 +85,20 @@ void add(std::vector<object> &objects, const std::vector<std::string> &words, in
 
 } // namespace
 
+std::string quoted(std::string_view value)
+{
+    constexpr char digits[] = "0123456789abcdef";
+    std::string text = "\"";
+    for (const char c : value) {
+        const auto byte = uint8_t(c);
+        if (byte < ' ' || byte > '~')
+            text += {'\\', 'x', digits[byte >> 4], digits[byte & 0xf]};
+        else
+            text += (c == '"' || c == '\\' ? std::string{"\\"} : std::string{}) + c;
+    }
+    return text + '"';
+}
+
 std::vector<object> read_objects(std::string_view text)
 {
     std::vector<object> objects;

@@ -17,6 +17,9 @@ struct object {
     int line; // the last one
 };
 
+// A value as it stands behind "KEY=".
+std::string quoted(std::string_view value);
+
 // In the order in which they come first. Of a key that is given again, the last value holds; "remove KIND NAME"
 // forgets all that was said before. What cannot be read is thrown as sim::error.
 std::vector<object> read_objects(std::string_view text);

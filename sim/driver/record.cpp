@@ -4,6 +4,7 @@
 #include "sim/error.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace sim::driver {
 
@@ -15,6 +16,34 @@ double load_of(const keys &values)
 {
     const auto load = values.find("load");
     return load == values.end() ? 1 : strtod(load->second.c_str(), nullptr);
+}
+
+std::string number_in(const uint8_t *bytes, size_t width, bool is_signed)
+{
+    const uint64_t value = take(bytes, width);
+    const uint64_t sign = uint64_t{1} << (8 * width - 1);
+    return is_signed && (value & sign) ? std::to_string(int64_t(value) - int64_t(2 * sign)) : std::to_string(value);
+}
+
+std::string value_of(const field &f, const uint8_t *record)
+{
+    const uint8_t *at = record + f.at;
+    const auto *text = reinterpret_cast<const char *>(at);
+    switch (f.as) {
+    case form::address:
+        return text_of_ipv4(uint32_t(take(at, f.width)));
+    case form::hardware: {
+        mac address{};
+        std::copy_n(at, address.size(), address.begin());
+        return text_of(address);
+    }
+    case form::measured:
+        return {text, std::min<size_t>(at[to_length], f.width)};
+    case form::text:
+        return {text, strnlen(text, f.width)};
+    default:
+        return number_in(at, f.width, std::string_view{f.key} == "noise");
+    }
 }
 
 moving_value signal_of(std::string_view text, const keys &values)
@@ -31,6 +60,15 @@ moving_value signal_of(std::string_view text, const keys &values)
 bool layout::has(std::string_view key) const
 {
     return std::any_of(fields.begin(), fields.end(), [key](const field &f) { return f.key == key; });
+}
+
+keys layout::read(const uint8_t *record) const
+{
+    keys values;
+    for (const field &f : fields)
+        if (std::any_of(record + f.at, record + f.at + f.width, [](uint8_t byte) { return byte != 0; }))
+            values.emplace(f.key, value_of(f, record));
+    return values;
 }
 
 record::record(const layout &l, const keys &values, double phase) : image_(l.size), phase_{phase}

@@ -32,6 +32,7 @@ struct layout {
     std::span<const field> fields;
 
     bool has(std::string_view key) const;
+    keys read(const uint8_t *record) const; // what a description says to get it, without values that are 0
 };
 
 // One record: its bytes, and those values in it that move.

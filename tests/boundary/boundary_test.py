@@ -77,7 +77,7 @@ class Installation(unittest.TestCase):
         self.assertEqual("libvexa.so.1", os.readlink(f"{self.folder}/libvexa.so"))
         self.assertEqual("libvexa.so.1.0.0", os.readlink(f"{self.folder}/libvexa.so.1"))
         self.assertEqual([], [name for name in self.FILES if not os.path.exists(f"{self.usr}/{name}")])
-        self.assertIn("access-point ", run(f"{self.usr}/bin/vexa-sim", "list"))
+        self.assertIn("access-point ", run(f"{self.usr}/bin/vexa-sim", "list", env=self.environment))
         programs = [f"{self.usr}/bin/vexa-sim", f"{self.usr}/bin/vexactl"]
         self.assertNotIn(BUILD, run("strings", f"{self.folder}/libvexa.so.1", *programs))
 

@@ -153,6 +153,26 @@ TEST_F(vexa_sim, tells_what_a_program_changed)
     EXPECT_EQ(sh(VEXA_SIM " diff true").out, "");
 }
 
+// What was recorded is recorded again from itself, and nothing of the original tells whose it was.
+TEST_F(vexa_sim, records_a_device_that_others_can_run)
+{
+    const temporary_folder kept{"/var/tmp/vexa-sim-XXXXXX"};
+    const std::string in_folder = "cd " + kept.path().string() + "; " VEXA_SIM " run --bus --writable=. ";
+    ASSERT_EQ(sh(in_folder + VEXA_SIM " record one && " + in_folder + "--device ./one " VEXA_SIM " record two").err,
+              "");
+    EXPECT_EQ(sh("cd " + kept.path().string() + "; diff -r one two").out, "");
+    const std::string all =
+        sh("cd " + kept.path().string() + "/one; cat about bus eeprom interfaces wireless; cat $(find root -type f)")
+            .out;
+    for (const char *part : {"a recorded ", "psu_table", "VEXA:", "route add default", "busy_rx=", "aaa.1.wpa.psk="})
+        EXPECT_NE(all.find(part), all.npos) << part;
+    EXPECT_EQ(std::stoi(sh("grep -c ^station " + kept.path().string() + "/one/wireless").out), 60);
+    for (const char *original : {"001001", "00:10:", "QX7M", "Harbour", "till-1", "f2:f7:67:96", "passphrase-office",
+                                 "0123456789abcdef", "radius-secret", "11111111-2222", "=ap-lobby", "ExampleKey"})
+        EXPECT_EQ(all.find(original), all.npos) << original;
+    EXPECT_THAT(sh(in_folder + VEXA_SIM " record one").err, EndsWith("one is there already\n"));
+}
+
 TEST_F(vexa_sim, opens_a_shell)
 {
     const finished shell =

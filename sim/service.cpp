@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "sim/cloud.h"
+#include "sim/service.h"
 
 #include "sim/error.h"
 
@@ -23,9 +23,13 @@ one_way make_pipe()
     return {descriptor{ends[0]}, descriptor{ends[1]}};
 }
 
-// The program's own group: what is typed at the terminal to end another program does not reach it.
-pid_t start(const char *program, const descriptor &input, const descriptor &output)
+// A group of its own: what is typed at the terminal to end the program on the device does not reach it.
+pid_t start(std::vector<std::string> &command, const descriptor &input, const descriptor &output)
 {
+    std::vector<char *> words;
+    for (std::string &word : command)
+        words.push_back(word.data());
+    words.push_back(nullptr);
     const pid_t child = fork();
     if (child < 0)
         fail<error>("cannot start a process");
@@ -33,7 +37,7 @@ pid_t start(const char *program, const descriptor &input, const descriptor &outp
         setpgid(0, 0);
         dup2(input.get(), STDIN_FILENO);
         dup2(output.get(), STDOUT_FILENO);
-        execl(program, program, "--report", nullptr);
+        execv(words[0], words.data());
         _exit(127);
     }
     return child;
@@ -51,26 +55,28 @@ bool says_ready(const descriptor &answers)
 
 } // namespace
 
-std::filesystem::path cloud::program()
+std::filesystem::path service::place_of(const char *program)
 {
-    return std::filesystem::read_symlink("/proc/self/exe").parent_path() / "vexa-cloud";
+    return std::filesystem::read_symlink("/proc/self/exe").parent_path() / program;
 }
 
-cloud::cloud(const std::filesystem::path &program)
+service::service(std::vector<std::string> command)
 {
     one_way commands = make_pipe(), answers = make_pipe();
-    child_ = start(program.c_str(), commands.out, answers.in);
+    child_ = start(command, commands.out, answers.in);
     commands_ = std::move(commands.in);
     answers.in = descriptor{};
     if (!says_ready(answers.out)) {
         commands_ = descriptor{};
         (void)waitpid(child_, nullptr, 0);
-        throw error("the cloud does not start (it needs python3 and openssl)");
+        throw error(command[0] + " does not start (it needs python3, the cloud openssl, too)");
     }
 }
 
-cloud::~cloud()
+service::~service()
 {
+    if (!commands_)
+        return; // another object has it now
     commands_ = descriptor{};
     (void)waitpid(child_, nullptr, 0);
 }

@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: MIT
+#include "sim/command_line.h"
+
+#include "sim/preload.h"
+#include "sim/program.h"
+#include "sim/settings.h"
+
+namespace sim {
+
+const char help[] = "Usage: vexa-sim list\n"
+                    "       vexa-sim run [OPTION]... [--] PROGRAM [ARGUMENT]...\n"
+                    "       vexa-sim diff [OPTION]... [--] PROGRAM [ARGUMENT]...\n"
+                    "       vexa-sim shell [OPTION]...\n"
+                    "       vexa-sim set KIND.NAME.KEY=VALUE...\n"
+                    "       vexa-sim record FOLDER\n"
+                    "\n"
+                    "Runs a program, with all that it starts, on a simulated device: in mount, network\n"
+                    "and IPC namespaces of its own, on the device's files and interfaces. Nothing that\n"
+                    "it writes reaches the machine.\n"
+                    "\n"
+                    "  list             the devices and what they are\n"
+                    "  run              the program\n"
+                    "  diff             the program, then what it changed in the device's files\n"
+                    "  shell            a shell; this tool and what stands beside it are on its path\n"
+                    "  set              on a device: change its radios while programs run\n"
+                    "  record           write the device that this runs on, real or simulated, as a folder\n"
+                    "                   for --device; names, keys, addresses and numbers are replaced\n"
+                    "  --device NAME    the device, or a folder that describes one (its name holds a\n"
+                    "                   slash); access-point when not given\n"
+                    "  --fail REQ=ERR   the Wi-Fi driver refuses a request: GETMACS=E2BIG\n"
+                    "  --keep-proc      leave /proc to the kernel, for programs that look at processes\n"
+                    "  --writable DIR   the program may write this folder of the machine\n"
+                    "  --cloud          with the services that a device reports to; at the end, what\n"
+                    "                   arrived there is shown on standard error\n"
+                    "  --bus            with the device's system bus\n"
+                    "  --help           this text\n"
+                    "  --version        the version\n"
+                    "\n"
+                    "The exit status is the program's, 128 and the number of the signal that ended it, 2\n"
+                    "for a wrong command line, 77 when the kernel refuses namespaces, 125 when the device\n"
+                    "cannot be made, 126 or 127 when the program cannot be started or found.\n"
+                    "\n"
+                    "Examples: vexa-sim run -- cat /proc/vexahal/system.info\n"
+                    "          vexa-sim run --device ./recorded vexactl report\n"
+                    "          vexa-sim set station.02:57:00:00:00:02.rssi=-84\n";
+
+namespace {
+
+// The value of an option that is the argument or stands behind it; null when the argument is another one.
+const char *value_of(const std::string &name, char **&argument)
+{
+    const std::string given = *argument;
+    if (given.starts_with(name + "="))
+        return *argument + name.size() + 1;
+    if (given != name)
+        return nullptr;
+    if (!argument[1])
+        throw wrong_usage(name + " needs a value; see vexa-sim --help");
+    return *++argument;
+}
+
+} // namespace
+
+request read_request(char **argument)
+{
+    request r{};
+    for (; *argument && **argument == '-'; argument++) {
+        const std::string option = *argument;
+        if (option == "--") {
+            argument++;
+            break;
+        }
+        if (option == "--keep-proc")
+            r.on.keep_proc = true;
+        else if (option == "--cloud")
+            r.cloud = true;
+        else if (option == "--bus")
+            r.bus = true;
+        else if (const char *device = value_of("--device", argument))
+            r.on.device = device;
+        else if (const char *folder = value_of("--writable", argument))
+            r.on.writable.push_back(std::filesystem::absolute(folder));
+        else if (const char *failure = value_of("--fail", argument))
+            r.failures.push_back(line_of_failure(failure));
+        else
+            throw wrong_usage("unknown option " + option + "; see vexa-sim --help");
+    }
+    r.program = argument;
+    r.on.reachable = places_of(*argument ? *argument : ".");
+    r.on.reachable.insert(r.on.reachable.end(), r.on.writable.begin(), r.on.writable.end());
+    r.on.driver = find_driver();
+    return r;
+}
+
+request read_program(char **arguments)
+{
+    request r = read_request(arguments);
+    if (!*r.program)
+        throw wrong_usage("no program to run; see vexa-sim --help");
+    return r;
+}
+
+} // namespace sim
