@@ -12,7 +12,7 @@
 namespace {
 
 constexpr void (*families[])(const report_source &, std::vector<section> &) = {
-    report_device, report_interface, report_wireless, report_inventory, report_config,
+    report_device, report_interface, report_wireless, report_power, report_inventory, report_crash, report_config,
 };
 
 int write_page(const std::string &file, const std::string &page, output &out)

@@ -18,7 +18,9 @@ section record_section(const char *key, const char *title, json_t *document, std
 
 // Each appends the sections of one family; people do not see those without an answer.
 void report_config(const report_source &from, std::vector<section> &page);
+void report_crash(const report_source &from, std::vector<section> &page);
 void report_device(const report_source &from, std::vector<section> &page);
 void report_interface(const report_source &from, std::vector<section> &page);
 void report_inventory(const report_source &from, std::vector<section> &page);
+void report_power(const report_source &from, std::vector<section> &page);
 void report_wireless(const report_source &from, std::vector<section> &page);

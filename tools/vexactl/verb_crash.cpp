@@ -7,36 +7,12 @@
 
 #include <climits>
 #include <libvexa.h>
-#include <unistd.h>
 
 namespace {
 
-constexpr long analytics_anonymous = 2; // where nothing is said
-
-bool is_there(const char *path)
-{
-    return access(path, R_OK) == 0;
-}
-
 int crash_status(const arguments &, output &out)
 {
-    static constexpr column columns[] = {
-        {"oops", "Kernel crash kept", kind::on_off}, {"reported", "Reported", kind::on_off},
-        {"analytics", "Analytics", kind::on_off},    {"clock", "Clock set", kind::on_off},
-        {"address", "Address", kind::on_off},        {"dumps", "Dumps are uploaded", kind::on_off},
-        {"logs", "Isolation logs", kind::number},
-    };
-    const long mode = freadlong("/var/run/system.analytics.mode", analytics_anonymous);
-    return out.show({json_ref{object({
-                         {"oops", flag(has_oops())},
-                         {"reported", flag(is_there("/var/run/last-crashlog.sent"))},
-                         {"analytics", flag(mode != 0)},
-                         {"clock", flag(is_there("/var/run/ntp.ready"))},
-                         {"address", flag(is_there("/var/run/ipready.br0"))},
-                         {"dumps", flag(freadlong("/var/run/system.analytics.coredump", 0) == 1)},
-                         {"logs", number(int64_t(unfinished_logs()))},
-                     })},
-                     columns});
+    return out.show({crash_state(), crash_columns});
 }
 
 int done(output &out, const char *key, const char *words)
@@ -92,16 +68,11 @@ int crash_binary(const arguments &args, output &out)
 
 int crash_logs(const arguments &args, output &out)
 {
-    static constexpr column columns[] = {{"name", "Log", kind::text, true},
-                                         {"bytes", "Size", kind::bytes},
-                                         {"posted", "Posted", kind::on_off},
-                                         {"attempts", "Failed attempts", kind::number},
-                                         {"finished", "Finished", kind::on_off}};
     if (args.has("uplink") && !args.has("send"))
         return out.fail(status_usage, "crash logs: --uplink goes with --send");
     if (args.has("send") && check_vwire_disconnect_logs(args.value("uplink"), 1) != 0)
         return out.fail(status_unavailable, "the logs cannot be worked on; -v shows why");
-    return out.show({isolation_logs(), columns, "no isolation logs"});
+    return out.show({isolation_logs(), isolation_columns, "no isolation logs"});
 }
 
 int crash_next(const arguments &, output &out)
