@@ -30,6 +30,8 @@ struct running {
         device.enter(on);
         for (const std::string &failure : r.failures)
             sim::describe(failure);
+        if (!device.exists(sim::bus_description) && r.bus)
+            device.put(sim::bus_description, "{}\n"); // a bus for what programs offer themselves
         if (r.bus)
             services.emplace_back(std::vector<std::string>{bus, "/var/run/ubus.sock", sim::bus_description});
         if (r.cloud)

@@ -57,7 +57,7 @@ class Page(unittest.TestCase):
             plot = shown.partition(f'<section id="{section}">')[2].partition("</svg>")[0]
             found = re.findall(r'>([^<]+)</text>.*?width="([\d.]+)" height="14"></rect><text[^>]*>(\d+)</text>', plot)
             return [(label, float(width), int(value)) for label, width, value in found]
-        clients, channels = bars("clients"), bars("networks")
+        clients, channels = bars("clients"), bars("networks_heard")
         self.assertTrue(50 < len(clients) <= 60)
         for label, width, score in clients:
             self.assertAlmostEqual(width, 3.6 * score, 1, label)

@@ -12,7 +12,7 @@ void report_wireless(const report_source &, std::vector<section> &page)
                     "Clients, worst first",
                     {std::move(now.clients), client_columns},
                     {plot::shape::bars, "name", "score", 100}});
-    page.push_back({"networks",
+    page.push_back({"networks_heard",
                     "Networks in the air, strongest first",
                     {network_documents(nullptr), network_columns},
                     {plot::shape::counts, "frequency_mhz", " MHz"}});
