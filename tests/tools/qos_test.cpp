@@ -25,6 +25,7 @@ TEST(qos, shows_sets_and_deletes_limits)
         {{"rate", "02:57:00:00:00:99", "1", "none", "1", "2"}, 1, ""},
         {{"rate", "02:57:00:00:00", "1", "2", "1", "2"}, 2, ""},
         {{"rate", "02:57:00:00:00:01", "1", "2", "1", "all"}, 2, ""},
+        {{"rate", "02:57:00:00:00:01", "1", "2", "none", "2"}, 2, ""},
     };
     for (const auto &row : rows) {
         std::vector<std::string> words = row.arguments;

@@ -30,8 +30,12 @@ TEST(wireless, shows_interfaces_stations_and_networks)
         EXPECT_LE(line.size(), 80u) << line;
     EXPECT_THAT(vexactl({"channel", "5180"}).out, testing::ContainsRegex("5 GHz(.|\n)*5210"));
     const std::vector<std::pair<int, std::vector<std::string>>> refused = {
-        {1, {"radio", "lo"}},      {1, {"stations", "ra9"}}, {1, {"station", "02:00:00:00:00:09"}},
-        {2, {"station", "x"}},     {1, {"scan", "lo"}},      {1, {"channel", "5000"}},
+        {1, {"radio", "lo"}},
+        {1, {"stations", "ra9"}},
+        {1, {"station", "02:00:00:00:00:09"}},
+        {2, {"station", "02:57:00:00:00:01:"}},
+        {1, {"scan", "lo"}},
+        {1, {"channel", "5000"}},
         {2, {"channel", "5180x"}},
     };
     for (const auto &[status, line] : refused)

@@ -29,6 +29,11 @@ std::string mac_text(const uint8_t mac[6])
     return format("%02x:%02x:%02x:%02x:%02x:%02x", mac[0], mac[1], mac[2], mac[3], mac[4], mac[5]);
 }
 
+bool read_mac(std::string_view text, uint8_t (&mac)[6])
+{
+    return strtomac(std::string{text}.c_str(), mac) == 0 && mac_text(mac) == lower_case(text);
+}
+
 namespace {
 
 template <typename T>

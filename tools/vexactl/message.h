@@ -17,6 +17,9 @@ std::string hex_of(std::string_view bytes);
 // "02:56:58:00:10:01"
 std::string mac_text(const uint8_t mac[6]);
 
+// false unless the whole text is one
+bool read_mac(std::string_view text, uint8_t (&mac)[6]);
+
 // a number from 0 to 65535 after an option; nothing when it is none
 std::optional<uint16_t> number16(const arguments &args, const char *option, uint16_t otherwise);
 

@@ -48,7 +48,7 @@ int envelope_seal(const arguments &args, output &out)
         wrong = wrong_key;
     else if (!sequence || *sequence > 0xfff)
         wrong = "--sequence takes a number from 0 to 4095";
-    else if (device && strtomac(device, ctx.device_id) != 0)
+    else if (device && !read_mac(device, ctx.device_id))
         wrong = std::string{"no MAC address: '"} + device + "'";
     if (!wrong.empty())
         return out.fail(status_usage, wrong);
@@ -156,7 +156,7 @@ int anon_id(const arguments &args, output &out)
 {
     uint8_t mac[6];
     char id[33];
-    if (strtomac(args.operand(0), mac) != 0)
+    if (!read_mac(args.operand(0), mac))
         return out.fail(status_usage, std::string{"no MAC address: '"} + args.operand(0) + "'");
     if (generate_anonClientId(id, mac, args.operand(1)) != 0)
         return out.fail(status_usage, "TEXT is empty");

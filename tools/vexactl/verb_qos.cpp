@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "arguments.h"
+#include "message.h"
 #include "qos.h"
-#include "text.h"
 
 #include <charconv>
 #include <cstring>
@@ -19,17 +19,13 @@ std::optional<T> number_of(std::string_view digits)
     return value;
 }
 
-// in kbit/s; a maximum may be "none", which is negative
-std::optional<int64_t> rate_of(const char *word)
+// In kbit/s. Of a maximum there may be "none", which is negative.
+std::optional<int64_t> rate_of(const char *word, bool is_maximum)
 {
-    return strcmp(word, "none") == 0 ? int64_t{-1} : number_of<int64_t>(word);
-}
-
-bool is_mac(const char *word)
-{
-    unsigned b[6];
-    int end = 0;
-    return sscanf(word, "%2x:%2x:%2x:%2x:%2x:%2x%n", &b[0], &b[1], &b[2], &b[3], &b[4], &b[5], &end) == 6 && !word[end];
+    if (is_maximum && strcmp(word, "none") == 0)
+        return -1;
+    const std::optional<int64_t> rate = number_of<int64_t>(word);
+    return rate && *rate >= 0 ? rate : std::nullopt;
 }
 
 // Returns status_ok when the limits are in force.
@@ -56,11 +52,11 @@ int change_rule(const arguments &args, output &out, int (*change)(const char *, 
     const char *vap = args.operand(0);
     const std::optional<uint32_t> aid = number_of<uint32_t>(args.operand(1));
     if (!aid)
-        return out.fail(status_usage, visible(args.operand(1)) + " is no association id");
+        return out.fail(status_usage, args.operand(1) + std::string{" is no association id"});
     if (const int failed = make_table(out); failed != status_ok)
         return failed;
     if (change(vap, *aid) != 0)
-        return out.fail(status_negative, "no limits are in force on '" + visible(vap) + "'");
+        return out.fail(status_negative, "no limits are in force on '" + std::string{vap} + "'");
     return out.for_people() ? int(status_ok)
                             : out.show({json_ref{object({{"vap", text(vap)}, {"aid", number(*aid)}})}, {}});
 }
@@ -78,22 +74,22 @@ int qos_remove(const arguments &args, output &out)
 int qos_rate(const arguments &args, output &out)
 {
     const char *mac = args.operand(0);
-    if (!is_mac(mac))
-        return out.fail(status_usage, visible(mac) + " is no hardware address");
+    if (uint8_t octets[6]; !read_mac(mac, octets))
+        return out.fail(status_usage, std::string{mac} + " is no hardware address");
     static constexpr const char *keys[] = {"ul_min", "ul_max", "dl_min", "dl_max"};
     int64_t rates[std::size(keys)];
     json_ref shown{object({{"mac", text(mac)}})};
     for (size_t i = 0; i < std::size(keys); i++) {
-        const std::optional<int64_t> rate = rate_of(args.operand(i + 1));
+        const std::optional<int64_t> rate = rate_of(args.operand(i + 1), i % 2 == 1);
         if (!rate)
-            return out.fail(status_usage, visible(args.operand(i + 1)) + " is no rate in kbit/s");
+            return out.fail(status_usage, args.operand(i + 1) + std::string{" is no rate in kbit/s"});
         rates[i] = *rate;
         json_object_set_new(shown.get(), keys[i], number(*rate));
     }
     if (const int failed = make_table(out); failed != status_ok)
         return failed;
     if (update_sta_qosrate(mac, rates[0], rates[1], rates[2], rates[3]) != 0)
-        return out.fail(status_negative, "no VAP with limits knows " + visible(mac));
+        return out.fail(status_negative, std::string{"no VAP with limits knows "} + mac);
     return out.for_people() ? int(status_ok) : out.show({std::move(shown), {}});
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "arguments.h"
+#include "message.h"
 #include "wireless.h"
 
 #include <charconv>
@@ -100,7 +101,7 @@ int station(const arguments &args, output &out)
         {"disconnects", "Disconnects"},
     };
     uint8_t mac[6];
-    if (strtomac(args.operand(0), mac) != 0)
+    if (!read_mac(args.operand(0), mac))
         return out.fail(status_usage, "station: a hardware address is like 02:56:58:00:00:01");
     answer found{station_document(mac), labels};
     if (!found.document)
