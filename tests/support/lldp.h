@@ -25,6 +25,7 @@ public:
         if (!trouble_.empty())
             return;
         the_device.remove(lldp_client);
+        the_device.put("/etc/lldpd.d/often.conf", "configure lldp tx-interval 1\n"); // who comes later hears it, too
         std::filesystem::create_directory("/run/lldpd");
         far_.inside([&] { start({"lldpd", "-d", "-u", "/run/far", "-S", description, "-I", "cable0", nullptr}); });
         start({"lldpd", "-d", "-I", "eth0", nullptr});

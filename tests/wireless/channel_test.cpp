@@ -20,13 +20,13 @@ TEST(get_center_freq, lies_in_the_middle_of_the_occupied_channel)
         for (const int start : {36, 100, 149}) // what is on the air: the blocks do not run on between these
             for (int channel = start; channel < start + (start == 149 ? 16 : 32); channel += 4) {
                 const auto freq = uint32_t(5000 + 5 * channel);
-                const uint32_t pair = channel < 7 ? 2422 : 2462;
-                uint32_t centre = what == '.' ? freq : what == '+' ? freq + 10 : what == '-' ? freq - 10 : pair;
-                if (w != std::end(wide) && start == 149 && w->block == 32)
-                    continue; // there is no such block
-                if (w != std::end(wide))
-                    centre =
-                        uint32_t(5000 + 5 * (start + (channel - start) / w->block * w->block + w->first_centre - 36));
+                uint32_t centre = what == '.' ? freq : what == '+' ? freq + 10 : what == '-' ? freq - 10 : 2462;
+                if (w != std::end(wide)) {
+                    if (start == 149 && w->block == 32)
+                        continue; // there is no such block
+                    const int first = start + (channel - start) / w->block * w->block;
+                    centre = uint32_t(5000 + 5 * (first + w->first_centre - 36));
+                }
                 EXPECT_EQ(get_center_freq(freq, uint16_t(channel), int8_t(mode)), known ? centre : UINT32_MAX)
                     << mode << " on " << channel;
             }
@@ -69,25 +69,23 @@ TEST(frequencies, have_a_channel_and_a_band)
               "2411:0 2484:1 4909:0 4980:2 5159:0 5925:3 5934:0 7115:4 58319:0 70200:5 ");
     EXPECT_EQ(changes([](uint32_t f) { return std::string{get_band(int32_t(f))}; }),
               "2411:unknown 2484:ng 4909:unknown 5875:na 5944:unknown 7125:6e ");
-    const struct {
-        uint32_t freq, channel, older;
-    } odd[] = {
-        // beside the plans both go on counting, in 32 bits without a sign
-        {2406, 858993459U, 858993459U},
-        {2485, 858992956U, 214748378U},
-        {4900, 858993439U, 134U},
-        {4942, 188U, 5U},
-        {4990, 858993457U, 198U},
-        {5150, 30U, 30U},
-        {5925, 858993454U, 185U},
-        {5935, 2U, 187U},
-        {7125, 235U, 235U},
-        {60480, 2U, 10906U},
-        {70201, 0U, 12850U},
+    // beside the plans both go on counting, in 32 bits without a sign
+    constexpr uint32_t odd[][3] = {
+        {2406, 858993459, 858993459},
+        {2485, 858992956, 214748378},
+        {4900, 858993439, 134},
+        {4942, 188, 5},
+        {4990, 858993457, 198},
+        {5150, 30, 30},
+        {5925, 858993454, 185},
+        {5935, 2, 187},
+        {7125, 235, 235},
+        {60480, 2, 10906},
+        {70201, 0, 12850},
     };
-    for (const auto &row : odd) {
-        EXPECT_EQ(qx_freq_to_channel(row.freq), row.channel) << row.freq;
-        EXPECT_EQ(ieee80211_mhz2ieee(row.freq), row.older) << row.freq;
+    for (const auto &[freq, channel, older] : odd) {
+        EXPECT_EQ(qx_freq_to_channel(freq), channel) << freq;
+        EXPECT_EQ(ieee80211_mhz2ieee(freq), older) << freq;
     }
     EXPECT_EQ(vexa_convert_to_dbm(96, 2), 6u);
     EXPECT_EQ(vexa_convert_to_dbm(0, 255), 925u);
