@@ -1,18 +1,20 @@
 /* SPDX-License-Identifier: MIT */
 /* A host that tells each period, as one line of JSON, how its device and its Wi-Fi clients are, until SIGINT or SIGTERM
- * comes or it has told as often as its second argument says.
+ * comes or it has told as often as its second argument says; 0 is for ever. With "traces" it tells the cloud, too.
  *
- *     periodic_reporter [SECONDS [COUNT]]
+ *     periodic_reporter [SECONDS [COUNT [traces]]]
  */
 #include <event2/event.h>
 #include <jansson.h>
 #include <libvexa.h>
 #include <signal.h>
 #include <stdlib.h>
+#include <string.h>
 #include <sys/time.h>
 
 static struct event_base *loop;
 static long reports_left;
+static int sends_traces;
 
 static json_t *memory(void)
 {
@@ -20,27 +22,37 @@ static json_t *memory(void)
     return meminfo(&m) == 0 ? json_real(m.used_percent) : json_null();
 }
 
-static json_int_t count(const vexa_list *list)
+/* How many clients an interface has and how well they are served, from 0 to 100. */
+static json_t *vap_state(const char *vap)
 {
-    json_int_t entries = 0;
-    for (const vexa_list *entry = list->next; entry != list; entry = entry->next)
-        entries++;
-    return entries;
+    vexa_list *stations = get_stalist(vap);
+    json_int_t clients = 0, scored = 0, scores = 0;
+    if (!stations)
+        return json_null();
+    for (vexa_list *link = stations->next; link != stations; link = link->next) {
+        stainfo *station = (stainfo *)link; /* the links come first */
+        clients++;
+        if (!station->valid || vexa_sta_ht_get_stats(station, 0) < 0)
+            continue;
+        calc_sta_satisfaction(station);
+        if (station->satisfaction.score_now >= 0) {
+            scores += station->satisfaction.score_now;
+            scored++;
+        }
+    }
+    free_stalist(stations);
+    return json_pack("{s:I, s:o}", "clients", clients, "satisfaction",
+                     scored > 0 ? json_integer(vexa_avg_round(scores, scored)) : json_null());
 }
 
-/* The number of clients by the name of their interface. */
-static json_t *clients(void)
+static json_t *vap_states(void)
 {
     vap_entry vaps[VEXA_MAX_VAPS];
-    json_t *by_vap = json_object();
+    json_t *by_name = json_object();
     const int known = enum_vaps(vaps, VEXA_MAX_VAPS);
-    for (int i = 0; i < known; i++) {
-        vexa_list *stations = get_stalist(vaps[i].ifname);
-        json_object_set_new(by_vap, vaps[i].ifname, stations ? json_integer(count(stations)) : json_null());
-        if (stations)
-            free_stalist(stations);
-    }
-    return by_vap;
+    for (int i = 0; i < known; i++)
+        json_object_set_new(by_name, vaps[i].ifname, vap_state(vaps[i].ifname));
+    return by_name;
 }
 
 static json_t *report(void)
@@ -50,8 +62,8 @@ static json_t *report(void)
     const int internet = system_internet_status();
     return json_pack("{s:s, s:s, s:s, s:I, s:o, s:o, s:o}", "device", board_identify()->name, "mac", get_main_mac_str(),
                      "time", now, "uptime", (json_int_t)get_uptime_from_proc(), "internet",
-                     internet < 0 ? json_null() : json_integer(internet), "memory_used_percent", memory(), "clients",
-                     clients());
+                     internet < 0 ? json_null() : json_integer(internet), "memory_used_percent", memory(), "vaps",
+                     vap_states());
 }
 
 static void on_period(int fd, short what, void *arg)
@@ -60,6 +72,8 @@ static void on_period(int fd, short what, void *arg)
     json_t *document = report();
     if (!document || json_dumpf(document, stdout, JSON_COMPACT) != 0 || puts("") < 0 || fflush(stdout) != 0)
         fputs("periodic_reporter: this report is lost\n", stderr);
+    else if (sends_traces && send_trace_simple("example", "state", json_incref(document)) != 0)
+        fputs("periodic_reporter: the cloud did not take this report\n", stderr);
     json_decref(document);
     if (reports_left > 0 && --reports_left == 0)
         event_base_loopbreak(loop);
@@ -96,6 +110,7 @@ int main(int argc, char **argv)
 {
     const long seconds = argc > 1 ? strtol(argv[1], NULL, 10) : 60;
     reports_left = argc > 2 ? strtol(argv[2], NULL, 10) : 0;
+    sends_traces = argc > 3 && strcmp(argv[3], "traces") == 0;
     libvexa_log_level = 2; /* errors and warnings */
     libvexa_log_use_syslog = 0;
     loop = event_base_new();

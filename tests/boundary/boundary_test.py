@@ -60,8 +60,8 @@ class Header(unittest.TestCase):
 
 class Installation(unittest.TestCase):
     """What `cmake --install` gives, in a folder that is not the one it was configured for."""
-    FILES = ("bin/vexactl", "bin/vexa-bus", "bin/vexa-webrtc", "include/libvexa.h", "share/man/man1/vexactl.1",
-             "share/man/man1/vexa-sim.1", "share/man/man3/libvexa.3", "share/fish/vendor_completions.d/vexactl.fish",
+    FILES = ("bin/vexactl", "bin/vexa-bus", "bin/vexa-webrtc", "include/libvexa.h", "include/vexa_sim_gtest.h",
+             "share/man/man1/vexactl.1", "share/man/man1/vexa-sim.1", "share/man/man3/libvexa.3", "share/fish/vendor_completions.d/vexactl.fish",
              "share/bash-completion/completions/vexactl", "share/zsh/vendor-completions/_vexactl")
 
     @classmethod
@@ -96,23 +96,25 @@ class Installation(unittest.TestCase):
         run("cmake", "-S", source, "-B", f"{source}/build", f"-Dvexa_ROOT={self.usr}", f"-DCMAKE_C_COMPILER={CC}",
             f"-DCMAKE_CXX_COMPILER={CXX}")
         run("cmake", "--build", f"{source}/build")
+        tests = run("ctest", "--test-dir", f"{source}/build", env=self.environment)
+        self.assertIn("100% tests passed, 0 tests failed out of 3", tests)
         return f"{source}/build"
 
     def test_builds_and_runs_the_examples(self):
-        said = {"device_facts": (1, "mac='02:56:58:00:10:01'\n"), "networks": (2, "Harbour Street\n"),
-                "periodic_reporter": (2, '"mac":"02:56:58:00:10:01"')}
+        said = {("device_facts",): (1, "mac='02:56:58:00:10:01'\n"), ("networks",): (2, "Harbour Street\n"),
+                ("periodic_reporter", "1", "2", "traces"): (2, '"mac":"02:56:58:00:10:01"')}
         for build in self.build_with_make, self.build_with_cmake:
             source = f"{self.stage}/{build.__name__}"
             shutil.copytree(f"{self.usr}/share/doc/vexa/examples", source)
             place = build(source)
-            for name, (times, words) in said.items():
+            for (name, *arguments), (times, words) in said.items():
                 with self.subTest(name, build=build.__name__):
-                    arguments = ["1", "2"] if name == "periodic_reporter" else []
-                    done = subprocess.run([f"{self.usr}/bin/vexa-sim", "run", "--", f"{place}/{name}", *arguments],
+                    cloud = ["--cloud"] if arguments else []
+                    done = subprocess.run([f"{self.usr}/bin/vexa-sim", "run", *cloud, f"{place}/{name}", *arguments],
                                           capture_output=True, text=True, env=self.environment, timeout=30)
                     if done.returncode == 77:
                         self.skipTest(done.stderr)
-                    self.assertEqual((0, ""), (done.returncode, done.stderr))
+                    self.assertEqual((0, times if cloud else 0), (done.returncode, done.stderr.count("/traces")))
                     self.assertEqual(times, done.stdout.count(words))
             self.assertTrue(os.access(f"{place}/discovery_daemon", os.X_OK))
 

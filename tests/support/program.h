@@ -1,14 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <string>
-#include <vector>
+#include <vexa_sim.h>
 
-struct finished {
-    int status; // exit status, or 128 and the number of the signal
-    std::string out;
-    std::string err;
-};
-
-// Runs a program on the device to its end. A program without a slash is looked for on the path.
-finished run_program(const std::vector<std::string> &arguments, const std::string &input = "");
+using vexa_sim::finished;
+using vexa_sim::run_program; // on the device that the test is on
