@@ -5,6 +5,8 @@
 #include "sim/program.h"
 #include "sim/settings.h"
 
+#include <cstring>
+
 namespace sim {
 
 const char help[] = "Usage: vexa-sim list\n"
@@ -46,16 +48,39 @@ const char help[] = "Usage: vexa-sim list\n"
 
 namespace {
 
-// The value of an option that is the argument or stands behind it; null when the argument is another one.
-const char *value_of(const std::string &name, char **&argument)
+struct option {
+    std::string name;
+    bool has_value;
+    void (*take)(request &, const char *value);
+};
+
+const option known[] = {
+    {"--device", true, [](request &r, const char *name) { r.on.device = name; }},
+    {"--fail", true, [](request &r, const char *failure) { r.failures.push_back(line_of_failure(failure)); }},
+    {"--writable", true,
+     [](request &r, const char *folder) { r.on.writable.push_back(std::filesystem::absolute(folder)); }},
+    {"--keep-proc", false, [](request &r, const char *) { r.on.keep_proc = true; }},
+    {"--bus", false, [](request &r, const char *) { r.bus = true; }},
+    {"--cloud", false, [](request &r, const char *) { r.cloud = true; }},
+};
+
+const option &find_option(const std::string &given)
 {
-    const std::string given = *argument;
-    if (given.starts_with(name + "="))
-        return *argument + name.size() + 1;
-    if (given != name)
+    for (const option &o : known)
+        if (given == o.name || (o.has_value && given.starts_with(o.name + "=")))
+            return o;
+    throw wrong_usage("unknown option " + given + "; see vexa-sim --help");
+}
+
+// The value of an option that is the argument or stands behind it.
+const char *value_of(const option &o, char **&argument)
+{
+    if (!o.has_value)
         return nullptr;
+    if (const char *equals = strchr(*argument, '='))
+        return equals + 1;
     if (!argument[1])
-        throw wrong_usage(name + " needs a value; see vexa-sim --help");
+        throw wrong_usage(o.name + " needs a value; see vexa-sim --help");
     return *++argument;
 }
 
@@ -65,31 +90,26 @@ request read_request(char **argument)
 {
     request r{};
     for (; *argument && **argument == '-'; argument++) {
-        const std::string option = *argument;
-        if (option == "--") {
+        if (strcmp(*argument, "--") == 0) {
             argument++;
             break;
         }
-        if (option == "--keep-proc")
-            r.on.keep_proc = true;
-        else if (option == "--cloud")
-            r.cloud = true;
-        else if (option == "--bus")
-            r.bus = true;
-        else if (const char *device = value_of("--device", argument))
-            r.on.device = device;
-        else if (const char *folder = value_of("--writable", argument))
-            r.on.writable.push_back(std::filesystem::absolute(folder));
-        else if (const char *failure = value_of("--fail", argument))
-            r.failures.push_back(line_of_failure(failure));
-        else
-            throw wrong_usage("unknown option " + option + "; see vexa-sim --help");
+        const option &o = find_option(*argument);
+        o.take(r, value_of(o, argument));
     }
     r.program = argument;
     r.on.reachable = places_of(*argument ? *argument : ".");
     r.on.reachable.insert(r.on.reachable.end(), r.on.writable.begin(), r.on.writable.end());
     r.on.driver = find_driver();
     return r;
+}
+
+std::vector<std::string> option_names()
+{
+    std::vector<std::string> names;
+    for (const option &o : known)
+        names.push_back(o.name);
+    return names;
 }
 
 request read_program(char **arguments)

@@ -23,6 +23,8 @@ struct request {
     char **program = nullptr; // ends with a null pointer, and may be empty
 };
 
+std::vector<std::string> option_names();
+
 // Throws wrong_usage.
 request read_request(char **arguments);
 request read_program(char **arguments); // one is there

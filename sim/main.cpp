@@ -105,8 +105,10 @@ int print(const std::string &text)
     return EXIT_FAILURE;
 }
 
-int list()
+int list(char **arguments)
 {
+    if (*arguments)
+        throw sim::wrong_usage("list takes no arguments");
     constexpr size_t width = 16;
     std::string text;
     for (const sim::device_entry &device : sim::list_devices())
@@ -115,24 +117,45 @@ int list()
     return print(text);
 }
 
+constexpr struct {
+    const char *name;
+    int (*obey)(char **arguments);
+} verbs[] = {{"list", list}, {"run", run}, {"diff", diff}, {"shell", shell}, {"set", set}, {"record", record}};
+
+// "complete -- WORD...": what the last word can become, a line each, for a shell.
+int complete(char **arguments)
+{
+    std::vector<std::string> words, candidates;
+    for (; *arguments; arguments++)
+        words.emplace_back(*arguments);
+    const std::string current = words.size() < 2 ? "" : words.back();
+    if (words.size() <= 2)
+        for (const auto &v : verbs)
+            candidates.emplace_back(v.name);
+    else if (words[words.size() - 2] == "--device")
+        for (const sim::device_entry &device : sim::list_devices())
+            candidates.push_back(device.name);
+    else if (current.starts_with('-')) // else it is a file
+        candidates = sim::option_names();
+    std::string text;
+    for (const std::string &candidate : candidates)
+        if (candidate.starts_with(current))
+            text += candidate + '\n';
+    return print(text);
+}
+
 int command(char **arguments)
 {
-    static constexpr struct {
-        const char *name;
-        int (*obey)(char **arguments);
-    } verbs[] = {{"run", run}, {"diff", diff}, {"shell", shell}, {"set", set}, {"record", record}};
     const std::string verb = arguments[0] ? arguments[0] : "";
     if (verb == "--help" || (*arguments && arguments[1] && strcmp(arguments[1], "--help") == 0))
         return print(sim::help);
     if (verb == "--version")
         return print("vexa-sim " VEXA_VERSION "\n");
+    if (verb == "complete")
+        return complete(arguments + 1);
     for (const auto &v : verbs)
         if (verb == v.name)
             return v.obey(arguments + 1);
-    if (verb == "list" && arguments[1])
-        throw sim::wrong_usage("list takes no arguments");
-    if (verb == "list")
-        return list();
     throw sim::wrong_usage(verb.empty() ? "what to do? See vexa-sim --help"
                                         : "no command '" + verb + "'; see vexa-sim --help");
 }

@@ -124,6 +124,9 @@ TEST_F(vexa_sim, shows_a_device_to_children_and_their_children)
     EXPECT_EQ(run_program({VEXA_SIM, "run", "--device=empty", "ls", "/run", "/sys/class/net"}).out,
               "/run:\n\n/sys/class/net:\nlo\n");
     EXPECT_THAT(run_program({VEXA_SIM, "list"}).out, HasSubstr("\nempty  "));
+    EXPECT_EQ(run_program({VEXA_SIM, "complete", "--", "run", "--device", "ga"}).out, "gateway\n");
+    EXPECT_EQ(run_program({VEXA_SIM, "complete", "--", "run", "--ke"}).out, "--keep-proc\n");
+    EXPECT_EQ(run_program({VEXA_SIM, "complete", "--", "s"}).out, "shell\nset\n");
 }
 
 // Any program sees a working radio, one with a sanitizer, too (vexa-sim itself).
