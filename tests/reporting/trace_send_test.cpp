@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "core/deployment.h"
 #include "tests/reporting/firmware.h"
 #include "tests/support/captured_log.h"
 #include "tests/support/cloud.h"
@@ -56,6 +57,22 @@ TEST(send_traces, describes_the_device_in_the_callers_own_meta)
                  R"([{"payload":{"contentType":"application/json","data":"{\"channel\":36}"},)"
                  R"("type":"switch","namespace":"radio"}])");
     EXPECT_EQ(text_of(json_object_get(simple, "meta"), "type"), "event");
+}
+
+TEST(environments, have_services_of_their_own)
+{
+    const cloud services;
+    const auto target = [&] { return "https://" + services.last("host") + services.last("path"); };
+    for (const auto &[i, name] : {std::pair{0, "prod"}, {1, "stage"}, {2, "dev"}}) {
+        the_device.put("/tmp/system.cfg", std::string{"mgmt.trel.env.force=1\nmgmt.trel.env="} + name + "\n");
+        EXPECT_EQ(send_trace_simple("radio", "switch", json_object()), 0);
+        EXPECT_EQ(target(), std::string{deployment::trace_url[i]} + "/traces");
+        EXPECT_EQ(send_ram_dump("modem", nullptr, 0), 0);
+        EXPECT_EQ(target(), std::string{deployment::crash_url[i]} + "/v1/crash");
+        const json_ref report = body_of(*services.journal(), services.requests() - 1);
+        EXPECT_EQ(text_of(report.get(), "controller_version"), "unknown");
+        EXPECT_EQ(text_of(report.get(), "anonymous_site_id"), "(none)");
+    }
 }
 
 TEST(send_traces, spares_a_service_that_cannot_be_reached)
