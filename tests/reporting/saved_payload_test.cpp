@@ -4,10 +4,12 @@
 
 TEST(save_crash_payload, keeps_what_fits_to_itself)
 {
+    the_device.put("/var/run/report_payload.txt", "an earlier one", 0644);
     const captured_log log{4};
     const json_ref payload{json_pack("{ss}", "k", std::string(512000 - strlen("{\n  \"k\": \"\"\n}"), 'x').c_str())};
     save_crash_payload(payload.get());
     EXPECT_EQ(the_device.text("/var/run/report_payload.txt").size(), 512001u);
+    EXPECT_EQ(std::filesystem::status("/var/run/report_payload.txt").permissions(), std::filesystem::perms{0600});
     json_object_set_new(payload.get(), "l", json_null());
     save_crash_payload(payload.get());
     std::filesystem::remove("/var/run/report_payload.txt");
