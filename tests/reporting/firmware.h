@@ -8,6 +8,7 @@
 #include <fstream>
 
 inline const std::string logs = "/etc/persistent/isolation_logs/";
+inline const std::string metas = "/etc/persistent/isolation_logs/meta/";
 inline const std::string finished_logs = "/etc/persistent/isolation_logs_sent/";
 
 // A log as its writer leaves it: a compressed archive with one file.

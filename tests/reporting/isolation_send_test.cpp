@@ -11,7 +11,7 @@ namespace {
 
 json_ref meta_of(const std::string &name)
 {
-    return file_json(logs + "meta/" + name);
+    return file_json(metas + name);
 }
 
 } // namespace

@@ -10,6 +10,7 @@ using testing::HasSubstr;
 
 namespace {
 
+constexpr int64_t day_s = 86400;
 int64_t passed_s;  // by which the clock since the start is ahead in this program
 bool clock_stands; // at what it showed last
 
@@ -96,7 +97,7 @@ TEST(send_traces, spares_a_service_that_cannot_be_reached)
         EXPECT_EQ(send_to("reset"), 1);
     for (int64_t wait_s = 1; wait_s <= 1 << 17; wait_s *= 2) {
         EXPECT_EQ(send_to("reset"), 1) << wait_s;
-        if (wait_s > 24 * 60 * 60)
+        if (wait_s > day_s)
             break;
         clock_stands = true;
         passed_s += wait_s - 1;
@@ -104,7 +105,7 @@ TEST(send_traces, spares_a_service_that_cannot_be_reached)
         passed_s++;
         clock_stands = false;
     }
-    passed_s += 365 * 24 * 60 * 60;
+    passed_s += 365 * day_s;
     EXPECT_EQ(send_traces(other.get(), nullptr), 3) << "for ever";
     the_device.put("/var/run/system.analytics.mode", "0\n");
     EXPECT_EQ(send_traces(nullptr, nullptr), 4);
