@@ -54,11 +54,17 @@ struct option {
     void (*take)(request &, const char *value);
 };
 
+void take_writable(request &r, const char *folder)
+{
+    if (!std::filesystem::is_directory(folder))
+        throw wrong_usage(std::string{"--writable takes a folder, and '"} + folder + "' is none");
+    r.on.writable.push_back(std::filesystem::absolute(folder));
+}
+
 const option known[] = {
     {"--device", true, [](request &r, const char *name) { r.on.device = name; }},
     {"--fail", true, [](request &r, const char *failure) { r.failures.push_back(line_of_failure(failure)); }},
-    {"--writable", true,
-     [](request &r, const char *folder) { r.on.writable.push_back(std::filesystem::absolute(folder)); }},
+    {"--writable", true, take_writable},
     {"--keep-proc", false, [](request &r, const char *) { r.on.keep_proc = true; }},
     {"--bus", false, [](request &r, const char *) { r.bus = true; }},
     {"--cloud", false, [](request &r, const char *) { r.cloud = true; }},

@@ -91,7 +91,7 @@ int set(char **settings)
 
 int record(char **arguments)
 {
-    if (!*arguments || arguments[1])
+    if (!*arguments || !**arguments || arguments[1])
         throw sim::wrong_usage("record takes a folder; see vexa-sim --help");
     sim::record_device(*arguments);
     return EXIT_SUCCESS;

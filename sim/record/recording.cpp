@@ -13,7 +13,10 @@ namespace fs = std::filesystem;
 
 void write_file(const fs::path &file, const std::string &content)
 {
-    fs::create_directories(file.parent_path());
+    std::error_code refused;
+    fs::create_directories(file.parent_path(), refused);
+    if (refused)
+        throw error("cannot make the folder " + file.parent_path().string() + ": " + refused.message());
     std::ofstream out(file, std::ios::binary);
     if (!(out << content).flush())
         fail<error>("cannot write " + file.string());

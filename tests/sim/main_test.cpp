@@ -98,6 +98,8 @@ TEST_F(vexa_sim, ends_as_the_program_ends)
         {"no such device", {"run", "--device", "toaster", "--", "true"}, 2, 1},
         {"no name", {"run", "--device"}, 2, 1},
         {"no failure", {"run", "--fail", "GETMACS", "true"}, 2, 1},
+        {"no folder", {"run", "--writable", "/etc/passwd", "true"}, 2, 1},
+        {"no place for a recording", {"record", "/proc/recorded"}, 125, 1},
         {"no setting", {"set", "station.rssi"}, 2, 1},
         {"no device to set it on", {"set", "station.a.rssi=1"}, 125, 1},
         {"no such option", {"run", "--fast", "true"}, 2, 1},
