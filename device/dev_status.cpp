@@ -41,7 +41,7 @@ bool match_line(std::string_view line, std::string_view ifname, std::string_view
     while (!line.empty() && is_space(line.front()))
         line.remove_prefix(1);
     const size_t colon = line.find(':');
-    if (colon == line.npos || !line.starts_with(ifname) || colon != ifname.size())
+    if (colon == line.npos || std::string_view{line.data(), colon} != ifname)
         return false;
     numbers = line;
     numbers.remove_prefix(colon + 1);

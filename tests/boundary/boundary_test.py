@@ -8,6 +8,7 @@ import tempfile
 import unittest
 
 LIBRARY, INCLUDE, BUILD = os.environ["VEXA_LIBRARY"], os.environ["VEXA_INCLUDE"], os.environ["VEXA_BUILD"]
+SOURCE = os.path.dirname(INCLUDE)
 CC, CXX = os.environ["CC"], os.environ["CXX"]
 DOCUMENTED = {"libc.so.6", "libm.so.6", "libjansson.so.4", "libz.so.1", "libcurl.so.4", "libevent_core-2.1.so.7",
               "libubox.so", "libubus.so", "libblobmsg_json.so"}
@@ -87,6 +88,29 @@ class Installation(unittest.TestCase):
         libraries += [f"-l:{name}" for name in needed(LIBRARY)]  # shared, as on the devices
         run(CC, f"{self.usr}/share/doc/vexa/examples/device_facts.c", "-o", f"{self.stage}/static", *libraries)
         self.assertNotIn("libvexa.so.1", needed(f"{self.stage}/static"))
+
+    def test_is_what_the_firmware_recipe_packs(self):
+        """The recipe's own text, evaluated with the few definitions of the build system that it needs."""
+        place, root = f"{self.stage}/recipe", f"{self.stage}/recipe/root"
+        os.makedirs(f"{place}/usr")
+        for name, target in ("bin", f"{self.usr}/bin"), ("lib", self.folder), ("share", f"{self.usr}/share"):
+            os.symlink(target, f"{place}/usr/{name}")
+        with open(f"{place}/rules.mk", "w", encoding="utf-8") as rules:
+            rules.write("INSTALL_DIR := mkdir -p\nINSTALL_BIN := install -m 755\nCP := cp -R\n"
+                        "qstrip = $(strip $(subst \",,$(1)))\nINCLUDE_DIR := $(TOPDIR)\ndefine BuildPackage\n"
+                        "all: $(1)\n$(1):\n$(call Package/$(1)/install,$(ROOT))\nendef\n"
+                        "options:\n\t@printf '%s\\n' $(CMAKE_OPTIONS)\n")
+        for name in "package.mk", "cmake.mk":
+            open(f"{place}/{name}", "w").close()
+        make = ["make", "-f", f"{SOURCE}/packaging/openwrt/Makefile", f"TOPDIR={place}", f"PKG_INSTALL_DIR={place}",
+                f"ROOT={root}", 'CONFIG_VEXA_TRACE_URL_STAGING="https://trace.example/a"']
+        run(*make, "all")
+        packed = run("find", root, "-not", "-type", "d", "-printf", "%P\n").split()
+        self.assertLessEqual({"usr/lib/libvexa.so.1", "usr/bin/vexactl", "usr/bin/vexa-sim", "usr/bin/vexa-bus",
+                              "usr/lib/vexa/libvexa-driver.so"}, set(packed))
+        options = run(*make, "options").split()
+        self.assertIn("-DVEXA_TRACE_URL_STAGING=https://trace.example/a", options)
+        self.assertEqual(3, len(options), "an address that was left empty is no option")
 
     def build_with_make(self, source):
         run("make", "-C", source, f"CC={CC}", f"CXX={CXX}", env=self.environment)
