@@ -38,6 +38,7 @@ std::vector<bar> bars_of_counts(const plot &what, const json_t *rows)
         if (const json_t *value = json_object_get(json_array_get(rows, i), what.label); json_is_integer(value))
             most = std::max(most, ++counts[json_integer_value(value)]);
     std::vector<bar> bars;
+    bars.reserve(counts.size());
     for (const auto &[value, count] : counts)
         bars.push_back({std::to_string(value) + what.value, double(count) / most, std::to_string(count)});
     return bars;
