@@ -1,30 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/device.h"
 
-namespace {
-
-board b; // of no model, and what board_identify() answers
-
-void start_with(const std::vector<std::vector<board_port>> &groups)
-{
-    b = {};
-    for (const auto &ports : groups) {
-        board_port_group &group = b.eth_groups[b.eth_group_count++];
-        group.port_count = uint8_t(ports.size());
-        std::copy(ports.begin(), ports.end(), group.ports);
-    }
-    update_cached_board(&b);
-}
-
-board_port port(uint8_t phy, uint8_t id, const char *label)
-{
-    return {phy, id, 0, 0, {}, label};
-}
-
-} // namespace
-
 TEST(get_main_phy, is_the_first_that_is_alone_or_labelled_so)
 {
+    const auto port = [](uint8_t phy, uint8_t id, const char *label) -> board_port {
+        return {phy, id, 0, 0, {}, label};
+    };
     const struct {
         const char *why;
         std::vector<std::vector<board_port>> groups;
@@ -37,24 +18,30 @@ TEST(get_main_phy, is_the_first_that_is_alone_or_labelled_so)
         {"none", {{port(1, 1, "Data"), port(2, 2, "main")}}, -1, -1, 2},
     };
     for (const auto &row : rows) {
-        SCOPED_TRACE(row.why);
-        start_with(row.groups);
-        EXPECT_EQ(get_main_phy_port_id(), row.port_id);
-        EXPECT_EQ(get_main_phy_idx(), row.phy_idx);
-        EXPECT_EQ(get_phy_port_id_by_idx(row.phy_idx), row.port_id);
-        EXPECT_EQ(get_num_of_eth_ports(), row.count);
+        board b{};
+        for (const auto &ports : row.groups) {
+            board_port_group &group = b.eth_groups[b.eth_group_count++];
+            group.port_count = uint8_t(ports.size());
+            std::ranges::copy(ports, group.ports);
+        }
+        update_cached_board(&b);
+        EXPECT_EQ(std::tuple(get_main_phy_port_id(), get_main_phy_idx(), get_num_of_eth_ports()),
+                  std::tuple(row.port_id, row.phy_idx, row.count))
+            << row.why;
+        EXPECT_EQ(get_phy_port_id_by_idx(row.phy_idx), row.port_id) << row.why;
     }
+    update_cached_board(nullptr);
 }
 
 TEST(board_get_poe_budget, is_what_the_device_does_not_keep)
 {
-    constexpr int rows[][3] = {{0, 0, 0}, {0, 20, 0}, {15, 20, 0}, {15, 15, 0}, {30, 4, 26}, {65535, 0, 65535}};
-    for (const auto &[budget, reserved, left] : rows) {
-        start_with({});
+    board b{};
+    update_cached_board(&b);
+    for (const auto &[budget, reserved, left] : {std::array{0, 20, 0}, {15, 15, 0}, {30, 4, 26}, {65535, 0, 65535}}) {
         b.poe_budget = uint16_t(budget);
         b.poe_reserved = uint16_t(reserved);
         EXPECT_EQ(board_get_poe_budget(), left) << budget;
         EXPECT_EQ(board_has_poe(), left != 0) << budget;
     }
-    EXPECT_EQ(board_get_cpu_mac(nullptr), -1);
+    update_cached_board(nullptr);
 }

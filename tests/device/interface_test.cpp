@@ -17,17 +17,12 @@ uint32_t host_order(const char *dotted)
 
 TEST(interface_is_up, looks_through_answers_of_any_size)
 {
-    std::string lines;
-    for (int i = 0; i < 60; i++)
-        lines += "link add many" + std::to_string(i) + " type bridge\n";
-    the_device.put("/tmp/links", lines);
-    ip("-batch /tmp/links; ip link set many59 up");
+    ip("link; for i in $(seq 60); do echo link add many$i type bridge; done | ip -batch -; ip link set many59 up");
     EXPECT_EQ(interface_is_up(index_of("br0")), 0);
     EXPECT_EQ(interface_is_up(index_of("many59")), 0);
-    EXPECT_EQ(interface_is_up(index_of("many58")), -1);
-    for (const int none : {0, -1, INT_MAX})
+    for (const int none : {index_of("many58"), 0, -1, INT_MAX})
         EXPECT_EQ(interface_is_up(none), -1) << none;
-    ip("link set many59 down; for i in $(seq 0 59); do ip link del many$i; done");
+    ip("link; for i in $(seq 60); do ip link del many$i; done");
 }
 
 TEST(interface_get_ipaddress, tells_the_first_address_in_host_order)
@@ -70,7 +65,6 @@ TEST(wan_discover_possible, says_what_is_in_the_way)
 TEST(replace_ifname, renames_within_sixteen_bytes)
 {
     constexpr const char *rows[][3] = {
-        {"lan3", "eth", "eth3"},
         {"lan10", "eth", "eth10"},
         {"eth3", "eth", "eth3"},
         {"lan3.20", "eth", "eth3"},
@@ -78,14 +72,12 @@ TEST(replace_ifname, renames_within_sixteen_bytes)
         {"wlan1", "", "eth1"},
         {"a12345678901234", "eth", "a12345678901234"},
         {"abc123456789012", "eth", "eth123456789012"},
+        {"lan45678901234567", "eth", "lan45678901234567"},
     };
     for (const auto &[name, prefix, expected] : rows) {
-        char ifname[16];
+        char ifname[18];
         strcpy(ifname, name);
         replace_ifname(ifname, prefix);
         EXPECT_STREQ(ifname, expected) << name;
     }
-    char long_name[] = "lan45678901234567";
-    replace_ifname(long_name, "eth");
-    EXPECT_STREQ(long_name, "lan45678901234567") << "17 characters";
 }
