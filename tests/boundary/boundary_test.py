@@ -11,7 +11,7 @@ LIBRARY, INCLUDE, BUILD = os.environ["VEXA_LIBRARY"], os.environ["VEXA_INCLUDE"]
 SOURCE = os.path.dirname(INCLUDE)
 CC, CXX = os.environ["CC"], os.environ["CXX"]
 DOCUMENTED = {"libc.so.6", "libm.so.6", "libjansson.so.4", "libz.so.1", "libcurl.so.4", "libevent_core-2.1.so.7",
-              "libubox.so", "libubus.so", "libblobmsg_json.so"}
+              "libubox.so", "libubus.so", "libblobmsg_json.so", "ld-linux-aarch64.so.1"}
 
 
 def run(*command, **options):

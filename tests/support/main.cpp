@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/device.h"
 
+#include "cross/limits.h"
+
 sim::simulated_device the_device;
 
 namespace {
@@ -15,6 +17,16 @@ sim::options &chosen()
 }
 
 bool needs_device = true;
+
+class under_emulation : public testing::EmptyTestEventListener {
+    void OnTestStart(const testing::TestInfo &test) override
+    {
+        const std::string name = std::string(test.test_suite_name()) + '.' + test.name();
+        for (const emulation::limit &limit : emulation::limits)
+            if (name == limit.test)
+                GTEST_SKIP() << limit.reason;
+    }
+};
 
 class on_the_device : public testing::EmptyTestEventListener {
     void OnTestProgramStart(const testing::UnitTest &) override
@@ -54,6 +66,8 @@ runs_on::runs_on(machine_t)
 int main(int argc, char **argv)
 {
     testing::InitGoogleMock(&argc, argv);
+    if (VEXA_EMULATED)
+        testing::UnitTest::GetInstance()->listeners().Append(new under_emulation);
     if (needs_device)
         testing::UnitTest::GetInstance()->listeners().Append(new on_the_device);
     return RUN_ALL_TESTS();
