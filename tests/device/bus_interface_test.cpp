@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/device/broker.h"
 #include "tests/support/captured_log.h"
-#include "tests/support/device.h"
 
 #include <event2/event.h>
 #include <filesystem>

@@ -16,7 +16,8 @@ std::string gateway()
 }
 
 // What is done to each datagram of the kernel on its way; its size may shrink, its sender and flags change.
-std::function<void(std::string &, msghdr &)> spoil;
+using spoiling = std::function<void(std::string &, msghdr &)>;
+spoiling spoil;
 
 } // namespace
 
@@ -44,8 +45,7 @@ TEST(get_gateway, is_that_of_the_default_route_through_the_bridge)
     ip("link add wan type bridge; ip link set wan up; ip addr add 203.0.113.9/24 dev wan");
     ip("route add default via 203.0.113.1 dev wan metric 1; ip route add default via 192.0.2.9 dev br0 metric 2");
     EXPECT_EQ(gateway(), "192.0.2.1") << "the first of the right interface";
-    ip("route; for i in $(seq 1000); do echo route add 10.1.$((i / 250)).$((i % 250)) via 192.0.2.3; done | ip -batch "
-       "-");
+    ip("-V; for i in $(seq 1000); do echo route add 10.1.$((i / 250)).$((i % 250)) via 192.0.2.3; done | ip -batch -");
     EXPECT_EQ(gateway(), "192.0.2.1") << "from an answer of many datagrams";
     ip("route flush table main; ip addr replace 192.0.2.20/24 dev br0; ip route add 192.0.2.0/24 dev br0");
     ip("route add default via 192.0.2.7 dev br0 table 77; ip route add 128.0.0.0/1 via 192.0.2.7 dev br0");
@@ -58,7 +58,6 @@ TEST(get_gateway, is_that_of_the_default_route_through_the_bridge)
 TEST(get_gateway, believes_only_whole_answers_of_the_kernel)
 {
     constexpr size_t attribute = sizeof(nlmsghdr) + sizeof(rtmsg);
-    using spoiling = std::function<void(std::string &, msghdr &)>;
     const auto set = [](size_t at, int value) -> spoiling {
         return [=](std::string &bytes, msghdr &) { bytes[std::min(at, bytes.size() - 1)] = char(value); };
     };

@@ -1,14 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "tests/device/network.h"
 
-namespace {
-
-using address = std::array<uint8_t, 6>;
-
-} // namespace
-
 TEST(devhwaddr, is_that_of_the_first_of_three_interfaces)
 {
+    using address = std::array<uint8_t, 6>;
     const address eth0{0x02, 0x56, 0x58, 0x00, 0x10, 0x01}, eth1{0x02, 0x56, 0x58, 0x00, 0x10, 0x02};
     address mac{};
     EXPECT_EQ(devhwaddr_get_iface(mac.data(), "eth1"), 0);

@@ -55,7 +55,6 @@ board b;
 
 TEST(model, answers_for_each_of_all_system_ids)
 {
-    b = {};
     update_cached_board(&b);
     for (const auto &predicate : predicates) {
         models found;

@@ -33,28 +33,26 @@ void put_table(const std::string &name, const std::string &lines)
 
 TEST(vexa_ps_filter, takes_a_process_by_its_line)
 {
-    const std::string numbers = R"("vsz":8,"rss":12,"stat":"S","fd_count":-1,)";
-    const struct {
-        const char *why;
-        std::string stat, found;
-    } rows[] = {
-        {"the last parenthesis ends the name", "4242 (a\n) (b c) S 7" + fields,
-         R"({"pid":4242,"ppid":7,)" + numbers + R"("comm":"a\n) (b c","fds":[]})"},
-        {"bytes that are no UTF-8", "4242 (\xff\xc3(\xc3\xa4\xed\xa0\x80) S\t  -7" + fields,
-         R"({"pid":4242,"ppid":-7,)" + numbers + "\"comm\":\"\ufffd\ufffd(ä\ufffd\ufffd\ufffd\",\"fds\":[]}"},
-        {"no name", "4242 p S 1" + fields, "(none)"},
-        {"no beginning of the name", "4242 p) S (1" + fields, "(none)"},
-        {"nothing behind the name", "4242 (p) ", "(none)"},
-        {"a field is missing", "4242 (p) S 1 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 8192", "(none)"},
-        {"a field is no number", "4242 (p) S 1 1 2 3 4 5 x 7 8 9 10 11 12 13 14 15 16 17 18 8192 3", "(none)"},
-        {"empty", "", "(none)"},
-        {"more than is read", "4242 (p" + std::string(1015, 'x') + ") S 1" + fields, "(none)"},
+    const auto shown = [](const std::string &stat) {
+        the_device.put(folder + "stat", stat);
+        return text_of(process(pid, false).get());
     };
     the_device.put(folder + "cmdline", "");
-    for (const auto &row : rows) {
-        the_device.put(folder + "stat", row.stat);
-        EXPECT_EQ(text_of(process(pid, false).get()), row.found) << row.why;
-    }
+    EXPECT_EQ(shown("4242 (a\n) S (b c) S 7" + fields),
+              R"({"pid":4242,"ppid":7,"vsz":8,"rss":12,"stat":"S","fd_count":-1,"comm":"a\n) S (b c","fds":[]})");
+    EXPECT_THAT(shown("4242 (\xff\xc3(\xc3\xa4\xed\xa0\x80) S\t  -7" + fields),
+                testing::HasSubstr("\"comm\":\"\ufffd\ufffd(ä\ufffd\ufffd\ufffd\""));
+    const std::string broken[] = {
+        "",
+        "4242 p S 1" + fields,
+        "4242 p) S (1" + fields,
+        "4242 (p) ",
+        "4242 (p) S 1 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 8192",
+        "4242 (p) S 1 1 2 3 4 5 x 7 8 9 10 11 12 13 14 15 16 17 18 8192 3",
+        "4242 (p" + std::string(1015, 'x') + ") S 1" + fields, // more than is read
+    };
+    for (const std::string &stat : broken)
+        EXPECT_EQ(shown(stat), "(none)") << stat;
 }
 
 TEST(vexa_ps, joins_the_command_line_and_counts_descriptors)
@@ -106,42 +104,37 @@ TEST(vexa_fds_to_array, shows_what_the_tables_say_of_a_socket)
         return "   0: 0100007F:1F90 00000000:" + std::string(remote) + " " + state +
                " 00000000:00000000 00:00000000 00000000     0        0 55 1 ffff 100\n";
     };
-    const auto ports = [](const char *remote, const char *state) {
-        return R"("local_port":8080,"remote_port":)" + std::string(remote) + R"(,"state":")" + state + '"';
-    };
     const auto local = [](const char *text) { return std::string("ffff888: 00000002 00000000 ") + text + "\n"; };
-    const struct {
-        const char *why, *file;
-        std::string line, found; // empty: no record of it
-    } rows[] = {
-        {"listening", "tcp", ip("0000", "0A"), ports("\"*\"", "LISTEN")},
-        {"the last state", "tcp6", ip("0001", "0C"), ports("1", "NEW_SYN_RECV")},
-        {"a state beyond", "tcp", ip("FFFF", "0D"), ports("65535", "UNKNOWN")},
-        {"UDP does not listen", "udp", ip("0000", "0A"), ports("\"*\"", "UNKNOWN")},
-        {"UDP closed", "udp6", ip("0000", "07"), ports("\"*\"", "CLOSE")},
-        {"a cut line", "tcp", ip("0000", "0A").substr(0, 90), ""},
-        {"a line in pieces", "tcp", std::string(200, ' ') + ip("0000", "0A"), ""},
-        {"listening", "unix", local("00010000 0001 01 55 @x"),
-         R"("refcnt":2,"type":"STREAM","path":"@x","state":"LISTENING")"},
-        {"without a path", "unix", local("00000000 0002 01 55"), R"("refcnt":2,"type":"DGRAM","state":"UNCONNECTED")"},
-        {"to the first blank", "unix", local("0 5 03 55 /a b"),
-         R"("refcnt":2,"type":"SEQPACKET","path":"/a","state":"CONNECTED")"},
-        {"free, a type beyond", "unix", local("00010000 6 00 55 \xff"),
-         "\"refcnt\":2,\"type\":\"UNKNOWN\",\"path\":\"\ufffd\",\"state\":\"UNKNOWN\""},
-        {"the first row holds", "unix", local("0 1 2 55") + local("0 2 4 55"),
-         R"("refcnt":2,"type":"STREAM","state":"CONNECTING")"},
+    // in short; the whole document is below
+    const auto shown = [](const char *table, const std::string &lines) {
+        put_table(table, lines);
+        const json_ref found = process(pid);
+        const json_t *socket = json_object_get(json_array_get(json_object_get(found.get(), "fds"), 0), "socket");
+        std::string text;
+        EXPECT_TRUE(!socket || member(found, "fds").find("\"" + std::string(table) + "\"") != std::string::npos);
+        for (const char *key : {"local_port", "remote_port", "type", "path", "state"})
+            if (const json_t *value = json_object_get(socket, key))
+                text += text_of(value) + " ";
+        return text;
     };
     put_links({"socket:[55]"});
-    for (const auto &row : rows) {
-        put_table(row.file, row.line);
-        const std::string socket = std::string(R"(,"socket_type":")") + row.file + R"(","socket":{)" + row.found + "}";
-        EXPECT_EQ(member(process(pid), "fds"), R"([{"fd_type":"socket")" + (row.found.empty() ? "" : socket) + "}]")
-            << row.why;
-    }
+    EXPECT_EQ(shown("tcp", ip("0000", "0A")), R"(8080 "*" "LISTEN" )");
+    EXPECT_EQ(shown("tcp6", ip("0001", "0C")), R"(8080 1 "NEW_SYN_RECV" )");
+    EXPECT_EQ(shown("tcp", ip("FFFF", "0D")), R"(8080 65535 "UNKNOWN" )") << "a state beyond";
+    EXPECT_EQ(shown("udp", ip("0000", "0A")), R"(8080 "*" "UNKNOWN" )") << "UDP does not listen";
+    EXPECT_EQ(shown("udp6", ip("0000", "07")), R"(8080 "*" "CLOSE" )");
+    EXPECT_EQ(shown("tcp", ip("0000", "0A").substr(0, 90)), "") << "a cut line";
+    EXPECT_EQ(shown("tcp", std::string(200, ' ') + ip("0000", "0A")), "") << "a line in pieces";
+    EXPECT_EQ(shown("unix", local("00010000 0001 01 55 @x")), R"("STREAM" "@x" "LISTENING" )");
+    EXPECT_EQ(shown("unix", local("00000000 0002 01 55")), R"("DGRAM" "UNCONNECTED" )");
+    EXPECT_EQ(shown("unix", local("0 5 03 55 /a b")), R"("SEQPACKET" "/a" "CONNECTED" )") << "to the first blank";
+    EXPECT_EQ(shown("unix", local("00010000 6 00 55 \xff")), "\"UNKNOWN\" \"\ufffd\" \"UNKNOWN\" ");
+    EXPECT_EQ(shown("unix", local("0 1 2 55") + local("0 2 4 55")), R"("STREAM" "CONNECTING" )") << "the first holds";
     const captured_log log{2};
     the_device.put("/proc/net/tcp", "heading\n" + ip("0000", "0A"));
     the_device.remove("/proc/net/udp");
-    EXPECT_THAT(member(process(pid), "fds"), testing::HasSubstr("unix"));
+    EXPECT_EQ(member(process(pid), "fds"), R"([{"fd_type":"socket","socket_type":"unix","socket":)"
+                                           R"({"refcnt":2,"type":"STREAM","state":"CONNECTING"}}])");
     EXPECT_EQ(log.text(), "[warn ] libvexa_proc.add_socket(): Duplicate socket inode 55\n"
                           "[warn ] libvexa_proc.add_socket(): Duplicate socket inode 55\n[error] libvexa_proc."
                           "parse_sockets(): Failed to open '/proc/net/udp': No such file or directory\n");

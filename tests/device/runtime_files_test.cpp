@@ -32,26 +32,22 @@ TEST(system_switches, are_files_or_their_words)
 
 TEST(runtime_files, are_told_as_numbers)
 {
-    const struct {
-        const char *file, *text;
-        int (*read)();
-        int expected;
-    } rows[] = {
-        {"/var/run/system.internet", "27\n", system_internet_status, 2},
-        {"/var/run/system.internet", "-1\n", system_internet_status, 0},
-        {"/var/run/dhcpc.last_state", "leasefail", system_dhcp_status, 2},
-        {"/var/run/dhcpc.last_state", "renew\n", system_dhcp_status, 4},
-        {"/var/run/dhcpc.last_state", "bound \n", system_dhcp_status, 0},
-        {"/proc/net/tcp", "0: 00000000:0016 0A0B0C0D:1234 01 \n1: 00000000:0050 00000000:0000 0A \n", system_is_ssh, 0},
-        {"/proc/net/tcp", "0: 00000000:0050 00000000:0000 0A \n1: 00000000:0016 00000000:0000 0A \n", system_is_ssh, 1},
-        {"/proc/uptime", "-3.5\n", [] { return int(get_uptime_from_proc()); }, -3},
-        {"/etc/persistent/cfg/mgmt", "mgmt.is_setup_completed = no\n", is_qm_setup_complete, 1},
-        {"/etc/persistent/cfg/mgmt", "mgmt.is_setup_completed=false\n", is_qm_setup_complete, 0},
+    const auto told = [](const char *file, const char *text, int (*read)()) {
+        the_device.put(file, text);
+        return read();
     };
-    for (const auto &r : rows) {
-        the_device.put(r.file, r.text);
-        EXPECT_EQ(r.read(), r.expected) << r.file << ": " << r.text;
-    }
+    constexpr char internet[] = "/var/run/system.internet", dhcp[] = "/var/run/dhcpc.last_state";
+    constexpr char tcp[] = "/proc/net/tcp", mgmt[] = "/etc/persistent/cfg/mgmt";
+    EXPECT_EQ(told(internet, "27\n", system_internet_status), 2);
+    EXPECT_EQ(told(internet, "-1\n", system_internet_status), 0);
+    EXPECT_EQ(told(dhcp, "leasefail", system_dhcp_status), 2);
+    EXPECT_EQ(told(dhcp, "renew\n", system_dhcp_status), 4);
+    EXPECT_EQ(told(dhcp, "bound \n", system_dhcp_status), 0);
+    EXPECT_EQ(told(tcp, "0: 00000000:0016 0A0B0C0D:1234 01 \n1: 00000000:0050 00000000:0000 0A \n", system_is_ssh), 0);
+    EXPECT_EQ(told(tcp, "0: 00000000:0050 00000000:0000 0A \n1: 00000000:0016 00000000:0000 0A \n", system_is_ssh), 1);
+    EXPECT_EQ(told("/proc/uptime", "-3.5\n", [] { return int(get_uptime_from_proc()); }), -3);
+    EXPECT_EQ(told(mgmt, "mgmt.is_setup_completed = no\n", is_qm_setup_complete), 1);
+    EXPECT_EQ(told(mgmt, "mgmt.is_setup_completed=false\n", is_qm_setup_complete), 0);
 }
 
 TEST(touch_file, makes_a_file_of_the_mode_and_waits_for_nobody)
