@@ -21,7 +21,7 @@ constexpr limit limits[] = {
     {"report.is_one_page_of_what_the_device_answers", ethtool},
     {"fdb_delneigh.makes_the_kernel_forget", neighbours},
     {"add_ip_neigh_entry.makes_the_kernel_look", neighbours},
-    {"get_gateway_mac.follows_the_kernels_tables", neighbours},
+    {"get_gateway_mac.takes_a_complete_neighbour_of_the_kernels_table", neighbours},
     {"vexa_protocol_init.tells_what_is_wrong_and_tears_down", multicast},
     {"vexa_protocol.hears_what_another_device_says", multicast},
     {"vexa_protocol.joins_when_the_address_comes_and_follows_it", multicast},
