@@ -19,7 +19,7 @@ struct limit {
 constexpr limit limits[] = {
     {"fill_dev_status.tells_address_flags_and_link", ethtool},
     {"report.is_one_page_of_what_the_device_answers", ethtool},
-    {"fdb_delneigh.makes_the_kernel_forget", neighbours},
+    {"get_mac_brinfo.finds_what_the_kernel_learned", neighbours},
     {"add_ip_neigh_entry.makes_the_kernel_look", neighbours},
     {"get_gateway_mac.takes_a_complete_neighbour_of_the_kernels_table", neighbours},
     {"vexa_protocol_init.tells_what_is_wrong_and_tears_down", multicast},
