@@ -32,7 +32,7 @@ constexpr limit limits[] = {
     {"discover.carries_a_message_from_device_to_device", multicast},
     {"discover.tells_why_it_does_nothing", multicast},
     {"driver.takes_away_what_a_request_needs", ioctls},
-    {"vexa_sim.says_when_the_kernel_refuses", threads},
+    {"simulator.says_when_the_kernel_refuses", threads},
     {"vexa_get_lldp_json.leaves_no_child_and_no_pipe", slow},
 };
 

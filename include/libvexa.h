@@ -1506,22 +1506,28 @@ enum vexa_socket_kind {
     VEXA_SOCKET_UDP6
 };
 
+/** What is particular to a TCP or UDP socket. */
+typedef struct vexa_ip_socket {
+    uint32_t local_port;  /* 0 when unbound */
+    uint32_t remote_port; /* 0 when unconnected */
+    uint32_t state;       /* 0 unknown; 1 established to 12, the kernel's numbers. Of UDP only 1 and 7 */
+} vexa_ip_socket;
+
+/** What is particular to a local socket. */
+typedef struct vexa_unix_socket {
+    uint32_t refcnt;
+    uint32_t type;  /* 0 unknown, 1 stream, 2 datagram, 3 raw, 4 reliable datagram, 5 sequenced packets */
+    uint32_t state; /* 0 unknown, 2 unconnected, 3 listening, 4 connecting, 5 connected, 6 disconnecting */
+    char *path;     /* to the first blank; NULL for none. "@" stands for a zero byte */
+} vexa_unix_socket;
+
 /** A socket of the network namespace that the snapshot was taken in. Owned by the snapshot. */
 typedef struct vexa_socket {
     uint32_t inode;
     uint32_t kind; /* vexa_socket_kind */
     union {
-        struct {
-            uint32_t local_port;  /* 0 when unbound */
-            uint32_t remote_port; /* 0 when unconnected */
-            uint32_t state;       /* 0 unknown; 1 established to 12, the kernel's numbers. Of UDP only 1 and 7 */
-        } ip;
-        struct {
-            uint32_t refcnt;
-            uint32_t type;  /* 0 unknown, 1 stream, 2 datagram, 3 raw, 4 reliable datagram, 5 sequenced packets */
-            uint32_t state; /* 0 unknown, 2 unconnected, 3 listening, 4 connecting, 5 connected, 6 disconnecting */
-            char *path;     /* to the first blank; NULL for none. "@" stands for a zero byte */
-        } un;
+        vexa_ip_socket ip;
+        vexa_unix_socket un;
     };
 } vexa_socket;
 

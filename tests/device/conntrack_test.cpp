@@ -84,6 +84,6 @@ TEST(get_top_conntrack_hosts, runs_out_of_memory_as_described)
     EXPECT_EQ(ranking(0), "(none)");
     EXPECT_EQ(ranking(1), "2*1 ");
     EXPECT_EQ(std::ranges::count(log.text(), '\n'), 2);
-    for (const size_t after : {2, 3})
+    for (const size_t after : {size_t{2}, size_t{3}})
         EXPECT_EXIT(ranking(after), testing::ExitedWithCode(255), "");
 }

@@ -27,7 +27,7 @@ finished on_device(const std::string &script)
     return run_program({VEXA_SIM, "run", "--", "sh", "-c", script});
 }
 
-class vexa_sim : public testing::Test {
+class simulator : public testing::Test {
     void SetUp() override
     {
         if (const finished trial = on_device("true"); trial.status == refused)
@@ -48,7 +48,7 @@ private:
 } // namespace
 
 // Only what does no harm should it reach the machine after all.
-TEST_F(vexa_sim, changes_nothing_on_the_machine)
+TEST_F(simulator, changes_nothing_on_the_machine)
 {
     const std::string interfaces = "ip -o link | cut -d: -f2; ip -o address | cut -d' ' -f7";
     const std::string before = sh(interfaces).out;
@@ -80,7 +80,7 @@ TEST_F(vexa_sim, changes_nothing_on_the_machine)
         EXPECT_THAT(run.out, Not(HasSubstr(fs::read_symlink(std::string("/proc/self/ns/") + space).string())));
 }
 
-TEST_F(vexa_sim, ends_as_the_program_ends)
+TEST_F(simulator, ends_as_the_program_ends)
 {
     const struct {
         const char *why;
@@ -117,7 +117,7 @@ TEST_F(vexa_sim, ends_as_the_program_ends)
     }
 }
 
-TEST_F(vexa_sim, shows_a_device_to_children_and_their_children)
+TEST_F(simulator, shows_a_device_to_children_and_their_children)
 {
     EXPECT_THAT(on_device("sh -c 'cat /proc/vexahal/system.info; true'").out,
                 StartsWith("vendorid=0777\nsystemid=a620\n"));
@@ -132,7 +132,7 @@ TEST_F(vexa_sim, shows_a_device_to_children_and_their_children)
 }
 
 // Any program sees a working radio, one with a sanitizer, too (vexa-sim itself).
-TEST_F(vexa_sim, answers_for_the_radios_of_a_device)
+TEST_F(simulator, answers_for_the_radios_of_a_device)
 {
     const std::string name_of_ra0 = "python3 -c 'import fcntl, socket, struct, ctypes\n"
                                     "name = ctypes.create_string_buffer(40)\n"
@@ -148,7 +148,7 @@ TEST_F(vexa_sim, answers_for_the_radios_of_a_device)
     EXPECT_THAT(sh(VEXA_SIM " run --fail SIOCGIWESSID=EIO " + name_of_ra0).err, HasSubstr("Input/output error"));
 }
 
-TEST_F(vexa_sim, tells_what_a_program_changed)
+TEST_F(simulator, tells_what_a_program_changed)
 {
     const finished run = sh(VEXA_SIM " diff -- sh -c 'echo new >/tmp/new; ln -s nowhere /run/link; rm /run/ntp.ready; "
                                      "sed -i s/6.6.77/6.6.78/ /usr/etc/.version; exit 3'");
@@ -159,7 +159,7 @@ TEST_F(vexa_sim, tells_what_a_program_changed)
 }
 
 // What was recorded is recorded again from itself, and nothing of the original tells whose it was.
-TEST_F(vexa_sim, records_a_device_that_others_can_run)
+TEST_F(simulator, records_a_device_that_others_can_run)
 {
     const temporary_folder kept{"/var/tmp/vexa-sim-XXXXXX"};
     const std::string in_folder = "cd " + kept.path().string() + "; " VEXA_SIM " run --bus --writable=. ";
@@ -178,7 +178,7 @@ TEST_F(vexa_sim, records_a_device_that_others_can_run)
     EXPECT_THAT(sh(in_folder + VEXA_SIM " record one").err, EndsWith("one is there already\n"));
 }
 
-TEST_F(vexa_sim, opens_a_shell)
+TEST_F(simulator, opens_a_shell)
 {
     const finished shell =
         sh("echo 'vexa-sim list | wc -l; cat /proc/vexahal/system.info; exit 4' | SHELL=/bin/sh " VEXA_SIM
@@ -187,14 +187,14 @@ TEST_F(vexa_sim, opens_a_shell)
     EXPECT_THAT(shell.out, HasSubstr("\nsystemid=a643\n"));
 }
 
-TEST_F(vexa_sim, says_when_the_kernel_refuses)
+TEST_F(simulator, says_when_the_kernel_refuses)
 {
     const finished run = sh("unshare -Ur sh -c 'echo 0 >/proc/sys/user/max_mnt_namespaces && " VEXA_SIM " run true'");
     EXPECT_EQ(run.status, refused) << run.err;
     EXPECT_THAT(run.err, StartsWith("vexa-sim: the kernel refuses private namespaces: "));
 }
 
-TEST_F(vexa_sim, serves_an_ordinary_user)
+TEST_F(simulator, serves_an_ordinary_user)
 {
     const bool is_root = geteuid() == 0;
     if (is_root && sh("setpriv --reuid 65534 --clear-groups test -x " VEXA_SIM).status != 0)
