@@ -32,6 +32,7 @@ finished run_program(const std::vector<std::string> &arguments, const std::strin
 {
     const sim::descriptor files[] = {memory_file(input), memory_file(), memory_file()};
     std::vector<char *> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (const std::string &argument : arguments)
         pointers.push_back(const_cast<char *>(argument.c_str()));
     pointers.push_back(nullptr);

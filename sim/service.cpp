@@ -27,6 +27,7 @@ one_way make_pipe()
 pid_t start(std::vector<std::string> &command, const descriptor &input, const descriptor &output)
 {
     std::vector<char *> words;
+    words.reserve(command.size() + 1);
     for (std::string &word : command)
         words.push_back(word.data());
     words.push_back(nullptr);
