@@ -53,7 +53,7 @@ cfg_entry *find_entry(cfg_entry *cfg, const char *key)
 {
     for (; cfg; cfg = cfg->next) {
         fetch_ahead(cfg);
-        if (equal_keys(cfg->key, key))
+        if (may_be_equal(cfg->key[0], key[0]) && equal_keys(cfg->key, key))
             break;
     }
     return cfg;
