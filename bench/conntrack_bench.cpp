@@ -68,7 +68,7 @@ size_t bytes_of_ranking()
 }
 
 // The benchmarks of one table run together, since they all read the same file.
-medians measure(int argc, char **argv, const std::string &suffix, void (*add)(const std::string &))
+timings measure(int argc, char **argv, const std::string &suffix, void (*add)(const std::string &))
 {
     benchmark::ClearRegisteredBenchmarks();
     add("_" + suffix);
@@ -83,7 +83,7 @@ int main(int argc, char **argv)
     static constexpr const char *mawk[] = {
         "mawk", "{ n[substr($7, 5)]++; n[substr($8, 5)]++ } END { for (h in n) print n[h], h }", table, nullptr};
     the_device.enter({.device = VEXA_DEVICES "/access-point", .reachable = {VEXA_BUILD}});
-    medians all;
+    timings all;
     for (const auto &[suffix, lines] : {std::pair{"10k", 10'000}, {"100k", 100'000}, {"1M", 1'000'000}}) {
         the_device.put(table, conntrack_lines(size_t(lines)));
         bytes_of_ranking();

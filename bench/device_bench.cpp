@@ -164,7 +164,7 @@ int main(int argc, char **argv)
     benchmark::RegisterBenchmark("reading_wide", listing_and_reading);
     benchmark::RegisterBenchmark("look_up_kernel", look_up, "br0");
     benchmark::RegisterBenchmark("reading_kernel", reading, "/sys/class/net/br0/brforward");
-    medians measured = run_and_report(argc, argv);
+    timings measured = run_and_report(argc, argv);
 
     benchmark::ClearRegisteredBenchmarks(); // a walk would pass the interfaces that only these need
     add_interfaces();

@@ -8,11 +8,12 @@
 #include <string>
 #include <vector>
 
-// A benchmark whose result is a verdict: the medians of interleaved repetitions, compared with what was promised.
+// A benchmark whose result is a verdict: interleaved repetitions, of which the fastest are compared with what was
+// promised. Whatever else the machine does can only slow a run down; the median shows how much it did.
 
-class medians : public benchmark::ConsoleReporter {
+class timings : public benchmark::ConsoleReporter {
 public:
-    medians() : ConsoleReporter{OO_Tabular} {}
+    timings() : ConsoleReporter{OO_Tabular} {}
 
     bool ReportContext(const Context &context) override
     {
@@ -20,30 +21,37 @@ public:
         return true;
     }
 
-    // One line per benchmark; the repetitions themselves say nothing that the median does not.
+    // One line per benchmark, for all of its repetitions.
     void ReportRuns(const std::vector<Run> &runs) override
     {
-        for (const Run &run : runs) {
-            if (run.run_type != Run::RT_Aggregate || run.aggregate_name != "median")
-                continue;
-            // where the work is another process's, the benchmark says itself how long it took
-            const bool by_itself = run.run_name.time_type == "manual_time";
-            const double time = by_itself ? run.GetAdjustedRealTime() : run.GetAdjustedCPUTime();
-            nanoseconds_[run.run_name.function_name] = time;
-            printf("%-36s %10.1f ns\n", run.run_name.function_name.c_str(), time);
+        std::map<std::string, std::vector<double>> times;
+        for (const Run &run : runs)
+            if (run.run_type == Run::RT_Iteration)
+                times[run.run_name.function_name].push_back(time_of(run));
+        for (auto &[name, of] : times) {
+            std::sort(of.begin(), of.end());
+            fastest_[name] = of.front();
+            printf("%-44s fastest %12.1f ns, median %12.1f ns\n", name.c_str(), of.front(), of[of.size() / 2]);
         }
     }
 
-    void merge(const medians &other) { nanoseconds_.insert(other.nanoseconds_.begin(), other.nanoseconds_.end()); }
+    void merge(const timings &other) { fastest_.insert(other.fastest_.begin(), other.fastest_.end()); }
 
     double operator[](const std::string &name) const
     {
-        const auto found = nanoseconds_.find(name);
-        return found == nanoseconds_.end() ? 0 : found->second;
+        const auto found = fastest_.find(name);
+        return found == fastest_.end() ? 0 : found->second;
     }
 
 private:
-    std::map<std::string, double> nanoseconds_;
+    // Where the work is another process's, the benchmark says itself how long it took.
+    static double time_of(const Run &run)
+    {
+        const bool by_itself = run.run_name.time_type == "manual_time";
+        return by_itself ? run.GetAdjustedRealTime() : run.GetAdjustedCPUTime();
+    }
+
+    std::map<std::string, double> fastest_;
 };
 
 // `subject` takes at most `factor` times as long as the fastest of `peers`; several names joined by "+" add up. Without
@@ -55,7 +63,7 @@ struct promise {
     double steps = 1;
 };
 
-inline double sum_of(const medians &measured, const std::string &names)
+inline double sum_of(const timings &measured, const std::string &names)
 {
     double sum = 0;
     for (size_t at = 0; at < names.size();) {
@@ -66,7 +74,7 @@ inline double sum_of(const medians &measured, const std::string &names)
     return sum;
 }
 
-inline void print_verdicts(const medians &measured, const std::vector<promise> &promises)
+inline void print_verdicts(const timings &measured, const std::vector<promise> &promises)
 {
     printf("\n%-58s %8s %8s  %s\n", "promise", "target", "measured", "");
     for (const promise &p : promises) {
@@ -86,16 +94,16 @@ inline void print_verdicts(const medians &measured, const std::vector<promise> &
 
 // Runs all benchmarks and says which promises were kept. Repetitions take turns, so that a busy moment of the machine
 // meets all of them; options of the command line come last and win.
-inline medians run_and_report(int argc, char **argv)
+inline timings run_and_report(int argc, char **argv)
 {
-    std::string options[] = {"--benchmark_repetitions=31", "--benchmark_enable_random_interleaving=true",
-                             "--benchmark_min_time=0.01"};
+    std::string options[] = {"--benchmark_repetitions=101", "--benchmark_enable_random_interleaving=true",
+                             "--benchmark_min_time=0.002"};
     std::vector<char *> arguments{argv[0]};
     for (std::string &option : options)
         arguments.push_back(option.data());
     arguments.insert(arguments.end(), argv + 1, argv + argc);
     int count = int(arguments.size());
-    medians measured;
+    timings measured;
     benchmark::Initialize(&count, arguments.data());
     benchmark::RunSpecifiedBenchmarks(&measured);
     return measured;

@@ -51,12 +51,14 @@ Number vget_number(cfg_entry *cfg, Number def, const char *fmt, va_list args)
 
 cfg_entry *find_entry(cfg_entry *cfg, const char *key)
 {
-    for (; cfg; cfg = cfg->next) {
-        fetch_ahead(cfg);
-        if (may_be_equal(cfg->key[0], key[0]) && equal_keys(cfg->key, key))
-            break;
+    for (;; cfg = cfg->next) {
+        while (cfg && !may_be_equal(cfg->key[0], key[0])) { // most of them: a loop of its own is the fastest way past
+            fetch_ahead(cfg);
+            cfg = cfg->next;
+        }
+        if (!cfg || equal_keys(cfg->key, key))
+            return cfg;
     }
-    return cfg;
 }
 
 bool is_true_word(std::string_view text)
