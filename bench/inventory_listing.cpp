@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
-// The snapshot as a program: a line for each descriptor, as other tools print them.
+// The snapshot as a program: a line for each descriptor, as other tools print them. Not with printf(), which took
+// a twentieth of its time.
 
+#include <charconv>
 #include <cstdio>
+#include <iterator>
 #include <libvexa.h>
 
 namespace {
@@ -12,17 +15,45 @@ const Entry *entry_of(const vexa_list *link)
     return reinterpret_cast<const Entry *>(link);
 }
 
+void print(const char *text)
+{
+    fputs_unlocked(text, stdout);
+    putc_unlocked(' ', stdout);
+}
+
+void print(unsigned number)
+{
+    char digits[12];
+    *std::to_chars(digits, std::end(digits) - 1, number).ptr = '\0';
+    print(digits);
+}
+
+void print_socket(const vexa_socket &s)
+{
+    if (s.kind == VEXA_SOCKET_UNIX) {
+        print("unix");
+        print(s.un.type);
+        print(s.un.state);
+        print(s.un.path ? s.un.path : "");
+    } else {
+        for (const unsigned number : {s.kind, s.ip.local_port, s.ip.remote_port, s.ip.state})
+            print(number);
+    }
+}
+
 void print_fd(const vexa_ps_entry &process, const vexa_ps_fd &fd)
 {
-    const vexa_socket *s = fd.fd_type == VEXA_FD_SOCKET ? fd.socket : nullptr;
-    if (fd.fd_type != VEXA_FD_SOCKET)
-        printf("%d %s %u %s\n", process.pid, process.comm, fd.fd_type, fd.link);
-    else if (s && s->kind == VEXA_SOCKET_UNIX)
-        printf("%d %s unix %u %u %s\n", process.pid, process.comm, s->un.type, s->un.state,
-               s->un.path ? s->un.path : "");
-    else if (s)
-        printf("%d %s %u %u %u %u\n", process.pid, process.comm, s->kind, s->ip.local_port, s->ip.remote_port,
-               s->ip.state);
+    if (fd.fd_type == VEXA_FD_SOCKET && !fd.socket)
+        return;
+    print(unsigned(process.pid));
+    print(process.comm);
+    if (fd.fd_type == VEXA_FD_SOCKET) {
+        print_socket(*fd.socket);
+    } else {
+        print(fd.fd_type);
+        print(fd.link);
+    }
+    putc_unlocked('\n', stdout);
 }
 
 } // namespace

@@ -73,10 +73,15 @@ public:
     template <unsigned base>
     bool skip_numbers(int count)
     {
-        number n;
-        while (count > 0 && take<base>(n))
-            count--;
-        return count == 0;
+        for (; count > 0; count--) {
+            (void)takes_minus<base>();
+            const char *start = at_;
+            while (at_ != end_ && digit<base>(*at_) >= 0)
+                at_++;
+            if (at_ == start)
+                return false;
+        }
+        return true;
     }
 
 private:
@@ -95,15 +100,24 @@ private:
             return hex_value(c);
     }
 
+    // What stands in front of the digits.
+    template <unsigned base>
+    bool takes_minus()
+    {
+        skip_space();
+        const bool negative = at_ != end_ && *at_ == '-';
+        if (at_ != end_ && (*at_ == '-' || *at_ == '+'))
+            at_++;
+        if (base == 16 && end_ - at_ > 2 && at_[0] == '0' && (at_[1] | 0x20) == 'x' && digit<16>(at_[2]) >= 0)
+            at_ += 2;
+        return negative;
+    }
+
     template <unsigned base>
     bool take(number &out)
     {
-        skip_space();
         out = {};
-        if (at_ != end_ && (*at_ == '-' || *at_ == '+'))
-            out.negative = *at_++ == '-';
-        if (base == 16 && end_ - at_ > 2 && at_[0] == '0' && (at_[1] | 0x20) == 'x' && digit<16>(at_[2]) >= 0)
-            at_ += 2;
+        out.negative = takes_minus<base>();
         const char *start = at_;
         for (int d = 0; at_ != end_ && (d = digit<base>(*at_)) >= 0; at_++) {
             out.too_large = out.too_large || out.size > (ULONG_MAX - static_cast<unsigned>(d)) / base;
