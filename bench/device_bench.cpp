@@ -173,12 +173,14 @@ int main(int argc, char **argv)
     measured.merge(run_and_report(argc, argv));
     print_verdicts(measured,
                    {
-                       {"ns per entry looked at", "look_up", {}, 10, entries},
-                       {"ns per entry visited", "walk", {}, 12, entries},
                        {"look-up in the kernel's table, to reading it", "look_up_kernel", {"reading_kernel"}, 1.1},
                        {"a look-up, to reading the file", "look_up", {"reading_narrow"}, 3},
                        {"a walk, to listing and reading", "walk", {"reading_wide"}, 3},
                        {"status among 200 interfaces, to its calls", "status", {"asking"}, 1.3},
+                   },
+                   {
+                       {"ns per entry looked at", {"look_up"}, entries, 10},
+                       {"ns per entry visited", {"walk"}, entries, 12},
                    });
     return 0;
 }

@@ -4,48 +4,55 @@
 #include <algorithm>
 #include <benchmark/benchmark.h>
 #include <cstdio>
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
 
-// A benchmark whose result is a verdict: interleaved repetitions, compared with what was promised. Whatever else the
-// machine does can only slow a run down. Among many short runs some meet nothing of it, so the fastest are compared;
-// long ones all meet some, so their medians are.
-
-struct timing {
-    double fastest = 0, median = 0;
-};
+// A benchmark whose result is a verdict: how the times compare with what was promised. The machine is faster at some
+// moments than at others, so all benchmarks take turns, round after round. What runs side by side is compared within
+// each round, and the median of these ratios counts.
 
 class timings : public benchmark::ConsoleReporter {
 public:
-    timings() : ConsoleReporter{OO_Tabular} {}
-
     bool ReportContext(const Context &context) override
     {
-        PrintBasicContext(&GetErrorStream(), context);
+        if (nanoseconds_.empty())
+            PrintBasicContext(&GetErrorStream(), context);
         return true;
     }
 
-    // One line per benchmark, for all of its repetitions.
     void ReportRuns(const std::vector<Run> &runs) override
     {
-        std::map<std::string, std::vector<double>> times;
         for (const Run &run : runs)
-            if (run.run_type == Run::RT_Iteration)
-                times[run.run_name.function_name].push_back(time_of(run));
-        for (auto &[name, of] : times) {
-            std::sort(of.begin(), of.end());
-            const timing &t = timings_[name] = {of.front(), of[of.size() / 2]};
-            printf("%-44s fastest %12.1f ns, median %12.1f ns\n", name.c_str(), t.fastest, t.median);
-        }
+            if (run.error_occurred)
+                fprintf(stderr, "%s: %s\n", run.run_name.function_name.c_str(), run.error_message.c_str());
+            else if (run.run_type == Run::RT_Iteration)
+                nanoseconds_[run.run_name.function_name].push_back(time_of(run));
     }
 
-    void merge(const timings &other) { timings_.insert(other.timings_.begin(), other.timings_.end()); }
+    void merge(const timings &other) { nanoseconds_.insert(other.nanoseconds_.begin(), other.nanoseconds_.end()); }
 
-    timing operator[](const std::string &name) const
+    // Of each round; empty for what did not run.
+    const std::vector<double> &operator[](const std::string &name) const
     {
-        const auto found = timings_.find(name);
-        return found == timings_.end() ? timing{} : found->second;
+        static const std::vector<double> none;
+        const auto found = nanoseconds_.find(name);
+        return found == nanoseconds_.end() ? none : found->second;
+    }
+
+    void print() const
+    {
+        for (const auto &[name, times] : nanoseconds_)
+            printf("%-44s fastest %12.1f ns, median %12.1f ns\n", name.c_str(), fastest(times), median(times));
+    }
+
+    static double fastest(const std::vector<double> &times) { return *std::min_element(times.begin(), times.end()); }
+
+    static double median(std::vector<double> times)
+    {
+        std::sort(times.begin(), times.end());
+        return times[times.size() / 2];
     }
 
 private:
@@ -56,69 +63,84 @@ private:
         return by_itself ? run.GetAdjustedRealTime() : run.GetAdjustedCPUTime();
     }
 
-    std::map<std::string, timing> timings_;
+    std::map<std::string, std::vector<double>> nanoseconds_; // of each round
 };
 
-// `subject` takes at most `factor` times as long as the fastest of `peers`; several names joined by "+" add up. Without
-// peers it takes at most `factor` nanoseconds for each of `steps`.
+// The subject takes at most `factor` times as long as each of the peers.
 struct promise {
     std::string what, subject;
     std::vector<std::string> peers;
     double factor;
-    double steps = 1;
 };
 
-inline timing sum_of(const timings &measured, const std::string &names)
+// 0 for what the filter left out.
+inline double measure(const timings &measured, const promise &p)
 {
-    timing sum;
-    for (size_t at = 0; at < names.size();) {
-        const size_t end = std::min(names.find('+', at), names.size());
-        const timing t = measured[names.substr(at, end - at)];
-        sum.fastest += t.fastest;
-        sum.median += t.median;
-        at = end + 1;
+    const std::vector<double> &subject = measured[p.subject];
+    double largest = 0;
+    for (const std::string &name : p.peers) {
+        std::vector<double> ratios = measured[name];
+        if (subject.empty() || ratios.size() != subject.size())
+            return 0;
+        std::transform(subject.begin(), subject.end(), ratios.begin(), ratios.begin(), std::divides<>{});
+        largest = std::max(largest, timings::median(ratios));
     }
-    return sum;
+    return largest;
 }
 
-inline void print_verdicts(const timings &measured, const std::vector<promise> &promises)
+// The subjects take, in their fastest rounds, at most so many nanoseconds for each of their steps.
+struct pace {
+    std::string what;
+    std::vector<std::string> subjects;
+    double steps, nanoseconds;
+};
+
+inline double measure(const timings &measured, const pace &p)
 {
-    constexpr double long_run = 1e6; // a millisecond
-    printf("\n%-58s %8s %8s\n", "promise", "target", "measured");
-    for (const promise &p : promises) {
-        const timing subject = sum_of(measured, p.subject);
-        const auto compared = subject.fastest < long_run ? &timing::fastest : &timing::median;
-        double best = p.peers.empty() ? p.steps : 0;
-        for (const std::string &peer : p.peers) {
-            const double time = sum_of(measured, peer).*compared;
-            best = best > 0 ? std::min(best, time) : time;
-        }
-        if (best <= 0 || subject.*compared <= 0)
-            continue; // left out by the filter
-        printf("%-58s %8.2f %8.2f  %s\n", p.what.c_str(), p.factor, subject.*compared / best,
-               subject.*compared <= p.factor * best ? "kept" : "MISSED");
+    double sum = 0;
+    for (const std::string &name : p.subjects) {
+        if (measured[name].empty())
+            return 0;
+        sum += timings::fastest(measured[name]);
     }
+    return sum / p.steps;
+}
+
+inline void print_verdict(const std::string &what, double target, double result)
+{
+    if (result > 0)
+        printf("%-58s %8.2f %8.2f  %s\n", what.c_str(), target, result, result <= target ? "kept" : "MISSED");
+}
+
+inline void print_verdicts(const timings &measured, const std::vector<promise> &promises,
+                           const std::vector<pace> &paces = {})
+{
+    printf("\n%-58s %8s %8s\n", "what was promised", "at most", "measured");
+    for (const promise &p : promises)
+        print_verdict(p.what, p.factor, measure(measured, p));
+    for (const pace &p : paces)
+        print_verdict(p.what, p.nanoseconds, measure(measured, p));
     printf("\n");
 }
 
-// Runs all benchmarks and says which promises were kept. Repetitions take turns, so that a busy moment of the machine
-// meets all of them; options of the command line come last and win.
+// Options of the command line come last and win.
 inline timings run_and_report(int argc, char **argv)
 {
-    std::string options[] = {"--benchmark_repetitions=101", "--benchmark_enable_random_interleaving=true",
-                             "--benchmark_min_time=0.002"};
-    std::vector<char *> arguments{argv[0]};
-    for (std::string &option : options)
-        arguments.push_back(option.data());
+    constexpr int rounds = 31;
+    std::string brief = "--benchmark_min_time=0.01";
+    std::vector<char *> arguments{argv[0], brief.data()};
     arguments.insert(arguments.end(), argv + 1, argv + argc);
     int count = int(arguments.size());
     timings measured;
     benchmark::Initialize(&count, arguments.data());
-    benchmark::RunSpecifiedBenchmarks(&measured);
+    for (int round = 0; round < rounds; round++)
+        benchmark::RunSpecifiedBenchmarks(&measured);
+    measured.print();
     return measured;
 }
 
-inline void run_and_judge(int argc, char **argv, const std::vector<promise> &promises)
+inline void run_and_judge(int argc, char **argv, const std::vector<promise> &promises,
+                          const std::vector<pace> &paces = {})
 {
-    print_verdicts(run_and_report(argc, argv), promises);
+    print_verdicts(run_and_report(argc, argv), promises, paces);
 }

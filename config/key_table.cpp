@@ -28,6 +28,11 @@ uint64_t mix(uint64_t a, uint64_t b)
     return uint64_t(product) ^ uint64_t(product >> 64);
 }
 
+uint8_t tag_of(uint64_t hash)
+{
+    return uint8_t(hash >> 56 | 1);
+}
+
 // Mostly even the case is the same.
 bool same_key(const char *a, const char *b)
 {
@@ -55,47 +60,63 @@ uint64_t key_table::hash(const char *key) const
 }
 
 // Where the entry with this key is, or would be.
-key_table::slot &key_table::place(const char *key, uint64_t hash) const
+size_t key_table::place(const char *key, uint64_t hash) const
 {
-    for (size_t i = hash;; i++) {
-        slot &s = slots_[i & (size_ - 1)];
-        if (!s.entry || (s.hash == hash && same_key(s.entry->key, key)))
-            return s;
+    for (size_t at = hash & (size_ - 1);; at = (at + 1) & (size_ - 1)) {
+        if (tags_[at] == 0)
+            return at;
+        if (tags_[at] == tag_of(hash) && slots_[at].hash == hash && same_key(slots_[at].entry->key, key))
+            return at;
     }
+}
+
+void key_table::put(size_t at, const slot &known)
+{
+    slots_[at] = known;
+    tags_[at] = tag_of(known.hash);
+}
+
+// The memory is zero, and has room for so many.
+void key_table::use(void *memory, size_t size)
+{
+    slots_ = static_cast<slot *>(memory);
+    tags_ = reinterpret_cast<uint8_t *>(slots_ + size);
+    size_ = size;
 }
 
 bool key_table::reserve(size_t entries)
 {
     size_t size = size_;
-    while (size / 4 < entries)
-        size *= 2;
+    while (size / 2 < entries)
+        size *= 4;
     if (size == size_)
         return true;
-    unique_malloc<slot> larger{static_cast<slot *>(calloc(size, sizeof(slot)))};
+    unique_malloc<char> larger{static_cast<char *>(calloc(size, room_of_one))};
     if (!larger)
         return false;
-    const slot *old = std::exchange(slots_, larger.get());
-    const slot *old_end = old + std::exchange(size_, size);
-    for (; old < old_end; old++)
-        if (old->entry)
-            place(old->entry->key, old->hash) = *old;
+    const std::span old_slots{slots_, size_};
+    const uint8_t *const old_tags = tags_;
+    use(larger.get(), size);
+    for (const slot &known : old_slots)
+        if (old_tags[&known - old_slots.data()] != 0)
+            put(place(known.entry->key, known.hash), known);
     many_ = std::move(larger);
     return true;
 }
 
 void key_table::clear()
 {
-    memset(slots_, 0, size_ * sizeof(slot));
+    memset(slots_, 0, size_ * room_of_one);
     used_ = 0;
 }
 
 cfg_entry *key_table::find_or_add(cfg_entry *entry)
 {
     const uint64_t code = hash(entry->key);
-    slot &found = place(entry->key, code);
-    if (found.entry)
-        return found.entry;
-    found = {entry, code};
+    const size_t at = place(entry->key, code);
+    if (tags_[at] != 0)
+        return slots_[at].entry;
+    put(at, {entry, code});
     used_++;
     return nullptr;
 }
@@ -108,6 +129,7 @@ cfg_entry *key_table::fill(batch &next, cfg_entry *list) const
         fetch_ahead(list);
         const uint64_t code = hash(list->key);
         __builtin_prefetch(&slots_[code & (size_ - 1)]);
+        __builtin_prefetch(&tags_[code & (size_ - 1)]);
         next.wanted[next.size++] = {list, code};
     }
     return list;
@@ -119,8 +141,8 @@ void key_table::add_all(cfg_entry *list)
     while (list) {
         list = fill(next, list);
         for (const slot &wanted : std::span{next.wanted, next.size})
-            if (slot &found = place(wanted.entry->key, wanted.hash); !found.entry) {
-                found = wanted;
+            if (const size_t at = place(wanted.entry->key, wanted.hash); tags_[at] == 0) {
+                put(at, wanted);
                 used_++;
             }
     }
@@ -134,6 +156,7 @@ bool key_table::walk::next()
         rest_ = table_.fill(batch_, rest_);
         at_ = 0;
     }
-    known_ = table_.place(entry()->key, batch_.wanted[at_].hash).entry;
+    const size_t at = table_.place(entry()->key, batch_.wanted[at_].hash);
+    known_ = table_.tags_[at] != 0 ? table_.slots_[at].entry : nullptr;
     return true;
 }

@@ -21,13 +21,13 @@ class key_table {
     };
 
 public:
-    key_table() noexcept : seed_{uint64_t(uintptr_t(this))} {}
+    key_table() noexcept : seed_{uint64_t(uintptr_t(this))} { use(few_, few); }
     key_table(const key_table &) = delete;
     key_table &operator=(const key_table &) = delete;
 
     // Makes room for so many entries in all; false when memory runs out, and what is there stays.
     bool reserve(size_t entries);
-    bool is_full() const { return used_ * 4 >= size_; }
+    bool is_full() const { return used_ * 2 >= size_; }
     size_t size() const { return used_; }
     void clear();
 
@@ -55,14 +55,19 @@ public:
 
 private:
     uint64_t hash(const char *key) const;
-    slot &place(const char *key, uint64_t hash) const;
+    size_t place(const char *key, uint64_t hash) const;
+    void put(size_t at, const slot &known);
+    void use(void *memory, size_t size);
     cfg_entry *fill(batch &next, cfg_entry *list) const;
 
     static constexpr size_t few = 64;
-    slot few_[few]{};
-    unique_malloc<slot> many_;
-    slot *slots_ = few_;
-    size_t size_ = few; // a power of two
+    static constexpr size_t room_of_one = sizeof(slot) + 1;
+    alignas(slot) char few_[few * room_of_one]{};
+    unique_malloc<char> many_;
+    slot *slots_;
+    uint8_t
+        *tags_; // of the slots: some bits of the hash and one more, or 0; most of those who are not there need no slot
+    size_t size_; // a power of two
     size_t used_ = 0;
     uint64_t seed_; // an address, so that no file can be made to have all its keys in one place
 };

@@ -41,6 +41,15 @@ constexpr size_t block_size(std::string_view text)
     return copy;
 }
 
+// calloc() would take a part of the whole that can be measured.
+unique_entry empty_entry()
+{
+    unique_entry entry{static_cast<cfg_entry *>(malloc(sizeof(cfg_entry)))};
+    if (entry)
+        *entry = {};
+    return entry;
+}
+
 struct key_and_value {
     std::string_view key, value;
 };
@@ -87,7 +96,7 @@ extern "C" cfg_entry *parse_stream(FILE *stream)
         }
         if (!split(line, lines.met_zero(), text))
             continue;
-        unique_entry entry{static_cast<cfg_entry *>(calloc(1, sizeof(cfg_entry)))};
+        unique_entry entry = empty_entry();
         if (!entry) {
             log_err("%d: calloc(%zu, %zu) failed", 137, size_t{1}, sizeof(cfg_entry));
             break;
