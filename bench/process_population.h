@@ -4,7 +4,8 @@
 #include <sys/types.h>
 #include <vector>
 
-// Sleeping processes with descriptors of all kinds, for as long as this lives.
+// Sleeping processes with descriptors of all kinds, for as long as this lives. The program moves to a network of its
+// own.
 class process_population {
 public:
     static constexpr int processes = 300;

@@ -94,12 +94,12 @@ bool key_table::reserve(size_t entries)
     unique_malloc<char> larger{static_cast<char *>(calloc(size, room_of_one))};
     if (!larger)
         return false;
-    const std::span old_slots{slots_, size_};
-    const uint8_t *const old_tags = tags_;
+    const slot *const old_slots = slots_;
+    const std::span old_tags{tags_, size_};
     use(larger.get(), size);
-    for (const slot &known : old_slots)
-        if (old_tags[&known - old_slots.data()] != 0)
-            put(place(known.entry->key, known.hash), known);
+    for (size_t at = 0; at < old_tags.size(); at++)
+        if (old_tags[at] != 0)
+            put(place(old_slots[at].entry->key, old_slots[at].hash), old_slots[at]);
     many_ = std::move(larger);
     return true;
 }

@@ -65,8 +65,9 @@ private:
     alignas(slot) char few_[few * room_of_one]{};
     unique_malloc<char> many_;
     slot *slots_;
-    uint8_t
-        *tags_; // of the slots: some bits of the hash and one more, or 0; most of those who are not there need no slot
+    // Of each slot some bits of its hash and one that is set, or 0. They stay near, and a key that is not known mostly
+    // needs no more.
+    uint8_t *tags_;
     size_t size_; // a power of two
     size_t used_ = 0;
     uint64_t seed_; // an address, so that no file can be made to have all its keys in one place

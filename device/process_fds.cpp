@@ -56,28 +56,23 @@ uint32_t type_of(std::string_view target)
     }
 }
 
-void free_descriptor(vexa_ps_fd *fd)
+// A target shares the memory of its descriptor.
+unique_malloc<vexa_ps_fd> new_descriptor(uint32_t type, std::string_view target, const vexa_socket_table *sockets)
 {
-    if (fd->fd_type != VEXA_FD_SOCKET)
-        free(fd->link);
-    free(fd);
-}
-
-struct drop_descriptor {
-    void operator()(vexa_ps_fd *fd) const noexcept { free_descriptor(fd); }
-};
-using unique_descriptor = std::unique_ptr<vexa_ps_fd, drop_descriptor>;
-
-unique_descriptor new_descriptor(uint32_t type, std::string_view target, const vexa_socket_table *sockets)
-{
-    unique_descriptor fd{static_cast<vexa_ps_fd *>(calloc(1, sizeof(vexa_ps_fd)))};
+    const bool keeps_target = type != VEXA_FD_SOCKET;
+    const size_t size = sizeof(vexa_ps_fd) + (keeps_target ? target.size() + 1 : 0);
+    unique_malloc<vexa_ps_fd> fd{static_cast<vexa_ps_fd *>(malloc(size))};
     if (!fd)
         return nullptr;
+    *fd = {};
     fd->fd_type = type;
-    if (type == VEXA_FD_SOCKET)
-        fd->socket = sockets ? find_socket(*sockets, inode_of(target)) : nullptr;
-    else if (!(fd->link = strndup(target.data(), target.size())))
-        return nullptr;
+    if (keeps_target) {
+        fd->link = reinterpret_cast<char *>(fd.get() + 1);
+        memcpy(fd->link, target.data(), target.size());
+        fd->link[target.size()] = '\0';
+    } else if (sockets) {
+        fd->socket = find_socket(*sockets, inode_of(target));
+    }
     return fd;
 }
 
@@ -104,7 +99,7 @@ void add_descriptor(vexa_ps_entry &entry, std::string_view target, const vexa_so
         log_warn("Unknown FD type '%.*s'", int(target.size()), target.data());
         return;
     }
-    unique_descriptor fd = new_descriptor(type, target, sockets);
+    auto fd = new_descriptor(type, target, sockets);
     if (fd)
         list_add_front(&entry.fds, &fd.release()->links);
     else
@@ -141,5 +136,5 @@ void read_descriptors(int proc, vexa_ps_entry &entry, bool list, const vexa_sock
 
 void free_descriptors(vexa_ps_entry &entry)
 {
-    list_clear<vexa_ps_fd>(&entry.fds, free_descriptor);
+    list_clear<vexa_ps_fd>(&entry.fds, free);
 }

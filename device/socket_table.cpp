@@ -24,9 +24,9 @@ static_assert(offsetof(vexa_socket, kind) == 4 && offsetof(vexa_socket, ip) == 8
 static_assert(offsetof(vexa_socket, un.path) == 24 && sizeof(vexa_socket) == 24 + sizeof(char *));
 
 struct socket_record {
-    vexa_socket data; // what callers see
-    UT_hash_handle hh;
-    char path[1]; // of a unix socket, and as much as it takes
+    UT_hash_handle hh; // beside the number that it goes by
+    vexa_socket data;  // what callers see
+    char path[1];      // of a unix socket, and as much as it takes
 };
 
 } // namespace
