@@ -55,6 +55,14 @@ driver::description read(const std::filesystem::path &file, const std::string &c
     }
 }
 
+// An interface, and the far end of its air, where a program can play a station.
+std::string interface_commands(const driver::vap &v)
+{
+    const std::string air = "air-" + v.name;
+    return "link add " + v.name + " address " + driver::text_of(v.bssid) + " type veth peer name " + air +
+           "\nlink set " + air + " up\nlink set " + v.name + " up\n";
+}
+
 } // namespace
 
 wireless read_wireless(const std::filesystem::path &file)
@@ -68,9 +76,7 @@ wireless read_wireless(const std::filesystem::path &file)
                  ""};
     for (const driver::vap &v : read(file, content).vaps) {
         out.files.push_back({"/var/run/vapusage." + v.name, v.usage + '\n', readable, false});
-        const std::string air = "air-" + v.name; // the far end, where a program can play a station
-        out.interfaces += "link add " + v.name + " address " + driver::text_of(v.bssid) + " type veth peer name " +
-                          air + "\nlink set " + air + " up\nlink set " + v.name + " up\n";
+        out.interfaces += interface_commands(v);
     }
     return out;
 }

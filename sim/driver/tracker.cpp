@@ -3,6 +3,8 @@
 #include "sim/driver/layouts.h"
 #include "sim/driver/reply.h"
 
+#include <bit>
+
 namespace sim::driver {
 
 namespace {
@@ -13,7 +15,7 @@ constexpr size_t statistics_at = 16, frame_length_at = 12, frame_at = 16;
 
 uint8_t *pointer_in(const uint8_t *record, size_t at)
 {
-    return reinterpret_cast<uint8_t *>(uintptr_t(take(record + at, sizeof(void *))));
+    return std::bit_cast<uint8_t *>(uintptr_t(take(record + at, sizeof(void *))));
 }
 
 const station *station_of(const context &c, const uint8_t *record)

@@ -4,6 +4,8 @@
 #include "sim/driver/layouts.h"
 #include "sim/driver/reply.h"
 
+#include <bit>
+
 namespace sim::driver {
 
 namespace {
@@ -150,7 +152,7 @@ int answer_in_block(const context &c, const vap &v, uint8_t *block)
 
 int answer_wireless(const context &c, const vap &v, uint8_t *block)
 {
-    const data in{reinterpret_cast<uint8_t *>(uintptr_t(take(block + pointer_at, sizeof(void *)))),
+    const data in{std::bit_cast<uint8_t *>(uintptr_t(take(block + pointer_at, sizeof(void *)))),
                   size_t(take(block + length_at, 2))};
     const auto *r =
         std::find_if(std::begin(requests), std::end(requests), [&](const auto &known) { return known.what == c.what; });
