@@ -67,7 +67,7 @@ TEST(replace_ifname, renames_within_sixteen_bytes)
 {
     const auto renamed = [](const char *name, const char *prefix = "eth") {
         char ifname[18];
-        strcpy(ifname, name);
+        memcpy(ifname, name, strlen(name) + 1);
         replace_ifname(ifname, prefix);
         return std::string(ifname);
     };

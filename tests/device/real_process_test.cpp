@@ -74,7 +74,7 @@ void open_sockets()
     }
     const sockaddr_un name{AF_UNIX, "/tmp/listening"};
     const int listener = socket(AF_UNIX, SOCK_SEQPACKET, 0);
-    bind(listener, reinterpret_cast<const sockaddr *>(&name), sizeof name);
+    EXPECT_EQ(bind(listener, reinterpret_cast<const sockaddr *>(&name), sizeof name), 0);
     listen(listener, 1);
     int pair[2];
     socketpair(AF_UNIX, SOCK_STREAM, 0, pair);

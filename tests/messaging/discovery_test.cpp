@@ -88,7 +88,8 @@ struct peer {
         auto *got = reinterpret_cast<envelope *>(datagram);
         if (dec_payload(int(recvmsg(fd.get(), &message, 0)), got, &site) != 0)
             return "nothing came";
-        EXPECT_EQ(*CMSG_DATA(CMSG_FIRSTHDR(&message)), 64) << "time to live";
+        const cmsghdr *time_to_live = CMSG_FIRSTHDR(&message);
+        EXPECT_TRUE(time_to_live && *CMSG_DATA(time_to_live) == 64);
         return std::to_string(got->method) + '/' + std::to_string(got->type) + " #" + std::to_string(got->sequence) +
                ' ' + std::string(reinterpret_cast<const char *>(got + 1), got->length);
     }
@@ -285,7 +286,7 @@ TEST(vexa_protocol, withstands_a_flood)
         else if (i > 1) {
             const std::string text = "message " + std::to_string(i);
             other.say(text, sequence);
-            expected += text + ";" + text + ";again;";
+            expected.append(text + ";").append(text + ";again;");
         }
         if (i % 50 == 0) // as many as a socket holds
             own.until_heard(expected);

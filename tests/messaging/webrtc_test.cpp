@@ -15,9 +15,11 @@ request_block block()
 
 // One request; with what it gave in `out`.
 struct offered : webrtc_inform {
-    explicit offered(const char *session) : webrtc_inform{strdup("old"), nullptr, strdup("old"), nullptr}
+    explicit offered(const char *session) : webrtc_inform{}
     {
         const request_block req = block();
+        offer = strdup("old");
+        reserved = strdup("old");
         result = get_next_sdp_offer(session, &req, this);
     }
     offered(const offered &) = delete;

@@ -3,6 +3,7 @@
 
 #include "tests/support/memory_file.h"
 
+#include <bit>
 #include <cstdio>
 #include <libvexa.h>
 #include <unistd.h>
@@ -15,7 +16,7 @@ namespace {
 void send_reports_to(intptr_t fd)
 {
     if (__sanitizer_set_report_fd)
-        __sanitizer_set_report_fd(reinterpret_cast<void *>(fd));
+        __sanitizer_set_report_fd(std::bit_cast<void *>(fd));
 }
 
 } // namespace

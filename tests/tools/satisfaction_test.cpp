@@ -3,6 +3,7 @@
 
 #include <pty.h>
 #include <sys/wait.h>
+#include <tuple>
 
 namespace {
 
@@ -55,7 +56,9 @@ struct watching {
     {
         termios now{};
         tcgetattr(terminal, &now);
-        return memcmp(&now, &before, sizeof now) == 0;
+        return std::tie(now.c_iflag, now.c_oflag, now.c_cflag, now.c_lflag) ==
+                   std::tie(before.c_iflag, before.c_oflag, before.c_cflag, before.c_lflag) &&
+               memcmp(now.c_cc, before.c_cc, sizeof now.c_cc) == 0;
     }
 
     ~watching() { close(terminal); }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/wireless/lists.h"
 
+#include <array>
+#include <bit>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -44,9 +46,10 @@ TEST(fill_wireless_info, takes_each_field_from_its_request)
     EXPECT_STREQ(info.essid, "");
     EXPECT_EQ(log.text(), "[debug] libvexa.fill_wireless_info(): unable to get essid: Input/output error\n");
     change("fail socket EMFILE");
-    const wireless_info before = info;
+    const auto contents = [&info] { return std::bit_cast<std::array<uint8_t, sizeof info>>(info); };
+    const auto before = contents();
     EXPECT_EQ(fill_wireless_info("ra0", &info), 0);
-    EXPECT_EQ(memcmp(&info, &before, sizeof info), 0);
+    EXPECT_EQ(contents(), before);
 }
 
 TEST(get_athstat, copies_the_words_of_the_radio)

@@ -23,7 +23,7 @@ struct vap_of : vexa_vap {
     vap_of(vexa_ap &ap, const char *radio_name, std::vector<client> clients, int metric)
         : vexa_vap{}, records(clients.size())
     {
-        strcpy(radio, radio_name);
+        memcpy(radio, radio_name, strlen(radio_name));
         stations = &list;
         station_count = uint32_t(clients.size());
         std::fill(std::begin(metrics), std::end(metrics), metric);

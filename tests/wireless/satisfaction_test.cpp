@@ -18,7 +18,7 @@ using change = void (*)(stainfo &, uint64_t);
     SET(s.rx_tcp_stats.lat = {0, rx_count, int32_t(rx)}; s.tx_tcp_stats.lat = {0, tx_count, tx})
 #define AIR(mode, attempts, retried, dropped)                                                                          \
     SET(s.tracking.radio_mode = mode; s.wifi_tx_attempts_mov = attempts; s.tx_retries_mov = retried;                   \
-        s.wifi_tx_dropped_mov = dropped)
+        s.wifi_tx_dropped_mov = (dropped))
 #define RATE(at, kbps) SET(s.state = at; s.tx_rate_mov = uint32_t(kbps))
 #define ASKS(field) SET(s.tracking.ip_obtained = 0; s.tracking.field; s.tracking.dhcp_acks = uint32_t(v))
 
