@@ -22,8 +22,10 @@ struct endpoint : uds_sock {
 };
 
 struct frame : sk_msg {
-    explicit frame(int32_t of_type = 0, std::string_view payload = {}) : sk_msg{of_type, 0, buffer_create()}
+    explicit frame(int32_t of_type = 0, std::string_view payload = {}) : sk_msg{}
     {
+        type = of_type;
+        data = buffer_create();
         if (!data || (len = data->write(data, payload.data(), payload.size())) != int(payload.size()))
             out_of_memory();
     }
