@@ -110,12 +110,13 @@ TEST(isolation_meta, is_worked_on_by_one_process_at_a_time)
     const captured_log log{4};
     EXPECT_EQ(has_crash_logs(), 0) << "nothing is known of a log that stays locked";
     EXPECT_THAT(log.text(), HasSubstr("Couldn't process log: Device or resource busy\n"));
+    int status;
+    EXPECT_EQ(waitpid(patient, &status, 0), patient);
+    EXPECT_EQ(WEXITSTATUS(status), 0);
     const pid_t lucky = fork();
     if (lucky == 0)
         _exit(mark_crash_log_finished("log"));
     flock(held.get(), LOCK_UN);
-    int status;
-    EXPECT_EQ(waitpid(patient, &status, 0), patient);
     EXPECT_EQ(waitpid(lucky, &status, 0), lucky);
     EXPECT_EQ(WEXITSTATUS(status), 1);
     EXPECT_TRUE(the_device.exists(finished_logs + "log"));
