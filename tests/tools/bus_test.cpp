@@ -6,9 +6,9 @@ TEST(power, shows_what_the_bus_tells)
 {
     EXPECT_EQ(vexactl({"power", "outlets"}).status, 3);
     const broker bus;
-    EXPECT_EQ(vexactl({"power", "outlets"}).out, "OUTLET  NAME  RELAY      V  A  W  WH\n"
-                                                 "     1  A1    ● on   121.5  -  -   -\n"
-                                                 "     2  -     ○ off      -  -  -   -\n");
+    EXPECT_EQ(shell("LC_ALL=C $VEXACTL power outlets").out, "OUTLET  NAME  RELAY        V  A  W  WH\n"
+                                                            "     1  A1    [x] on   121.5  -  -   -\n"
+                                                            "     2  -     [ ] off      -  -  -   -\n");
     const json_document supplies = json_of(vexactl({"power", "supplies", "--json"}).out);
     EXPECT_EQ(json_array_size(supplies.get()), 1u);
 }
