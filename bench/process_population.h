@@ -5,7 +5,7 @@
 #include <vector>
 
 // Sleeping processes with descriptors of all kinds, for as long as this lives. The program moves to a network of its
-// own.
+// own if it may.
 class process_population {
 public:
     static constexpr int processes = 300;
